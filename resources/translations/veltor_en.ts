@@ -1,0 +1,37 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en">
+<context>
+    <name></name>
+    <message id="distance.meters.long">
+        <source>%lld m</source>
+        <extracomment>Long Meters Distance</extracomment>
+        <translation>%lld m</translation>
+    </message>
+    <message id="distance.kilometers.long.fractional">
+        <source>%.2f km</source>
+        <extracomment>Long Kilometers Distance</extracomment>
+        <translation>%.2f km</translation>
+    </message>
+    <message id="distance.kilometers.long.integral">
+        <source>%lld km</source>
+        <extracomment>Long Kilometers Distance</extracomment>
+        <translation>%lld km</translation>
+    </message>
+    <message id="distance.feet.long">
+        <source>%lld ft</source>
+        <extracomment>Long Feet Distance</extracomment>
+        <translation>%lld ft</translation>
+    </message>
+    <message id="distance.miles.long.fractional">
+        <source>%.2f mi</source>
+        <extracomment>Long Miles Distance</extracomment>
+        <translation>%.2f mi</translation>
+    </message>
+    <message id="distance.miles.long.integral">
+        <source>%lld mi</source>
+        <extracomment>Long Miles Distance</extracomment>
+        <translation>%lld mi</translation>
+    </message>
+</context>
+</TS>

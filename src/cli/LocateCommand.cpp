@@ -1,0 +1,431 @@
+#include "LocateCommand.h"
+
+#include "CoordinateFormatter.h"
+#include "DoubleValue.h"
+#include "VeltorFormatter.h"
+
+#include <QString>
+
+#include <charconv>
+#include <cmath>
+#include <cstring>
+
+namespace {
+
+constexpr std::string_view degreeMark = "°";
+constexpr std::string_view minuteMark = "′";
+constexpr std::string_view secondMark = "″";
+
+bool isBlank(char c)
+{
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\v' || c == '\f';
+}
+
+std::string_view trimmed(std::string_view text)
+{
+    while (!text.empty() && isBlank(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back()))
+        text.remove_suffix(1);
+    return text;
+}
+
+bool hasNotationMarks(std::string_view text)
+{
+    return text.find(degreeMark) != std::string_view::npos ||
+           text.find(minuteMark) != std::string_view::npos ||
+           text.find(secondMark) != std::string_view::npos;
+}
+
+void appendShortest(std::string &out, double value)
+{
+    char buffer[32];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, value);
+    out.append(buffer, result.ptr);
+}
+
+void appendQuoted(std::string &out, std::string_view text)
+{
+    out += '"';
+    out += text;
+    out += '"';
+}
+
+// An unsigned decimal number that fills the whole text ("12", "12.5", ".5").
+std::optional<double> plainNumber(std::string_view text)
+{
+    if (text.empty() || text.front() == '+' || text.front() == '-' || isBlank(text.front()))
+        return std::nullopt;
+    for (const char c : text) {
+        if (!(c == '.' || (c >= '0' && c <= '9')))
+            return std::nullopt;
+    }
+    if (numericPrefixLength(text) != text.size())
+        return std::nullopt;
+    return doubleValue(text);
+}
+
+// A signed decimal number with optional blanks around it and nothing else.
+std::optional<double> strictNumber(std::string_view text)
+{
+    text = trimmed(text);
+    if (text.empty() || numericPrefixLength(text) != text.size())
+        return std::nullopt;
+    const double value = doubleValue(text);
+    if (!std::isfinite(value))
+        return std::nullopt;
+    return value;
+}
+
+// One half of the app's own notation: "51° 30′ 0″ N", "51° 30.0000′ N" or "51.5000° N".
+std::optional<double> strictNotation(std::string_view text, char positive, char negative,
+                                     std::string *why)
+{
+    std::vector<std::string_view> pieces;
+    std::size_t start = 0;
+    while (true) {
+        const std::size_t blank = text.find(' ', start);
+        pieces.push_back(text.substr(start, blank - start));
+        if (blank == std::string_view::npos)
+            break;
+        start = blank + 1;
+    }
+    const std::string_view hemisphere = pieces.back();
+    if (pieces.size() < 2 || pieces.size() > 4 || hemisphere.size() != 1 ||
+        (hemisphere[0] != positive && hemisphere[0] != negative)) {
+        *why = std::string("expected degrees, minutes and seconds followed by ") + positive +
+               " or " + negative;
+        return std::nullopt;
+    }
+    const std::string_view marks[] = {degreeMark, minuteMark, secondMark};
+    for (std::size_t i = 0; i + 1 < pieces.size(); ++i) {
+        const std::string_view piece = pieces[i];
+        const std::string_view mark = marks[i];
+        const bool marked = piece.size() > mark.size() && piece.ends_with(mark);
+        const auto number =
+            marked ? plainNumber(piece.substr(0, piece.size() - mark.size())) : std::nullopt;
+        if (!number) {
+            *why = "cannot read \"" + std::string(piece) + "\"";
+            return std::nullopt;
+        }
+        if (i > 0 && *number > 60.0) {
+            *why = "\"" + std::string(piece) + "\" is more than 60";
+            return std::nullopt;
+        }
+        if (i + 2 < pieces.size() && piece.find('.') != std::string_view::npos) {
+            *why = "only the last part may have decimals";
+            return std::nullopt;
+        }
+    }
+    return CoordinateFormatter::degreesFromString(
+        QString::fromUtf8(text.data(), qsizetype(text.size())));
+}
+
+const char *precisionName(int index)
+{
+    static const char *const names[] = {"2", "4", "6", "8"};
+    return names[index];
+}
+
+} // namespace
+
+const char *LocateCommand::usage()
+{
+    return "Usage: veltor-locate [--chars 2|4|6|8] [--notation dms|ddm|dd] [--lenient] "
+           "[QUERY ...]\n"
+           "\n"
+           "Converts coordinates and grid locators. A QUERY with a comma is a coordinate\n"
+           "\"LAT,LON\" in decimal degrees or in the app's notation (51° 30′ 0″ N, 0° 6′ 0″ W);\n"
+           "any other QUERY is a grid locator (JO01, IO91wl89), read as the centre of its cell.\n"
+           "With no QUERY, queries are read from standard input, one per line.\n"
+           "\n"
+           "Each query prints one line of tab-separated fields: the locator, the latitude and\n"
+           "the longitude as text, then latitude and longitude as decimal numbers.\n"
+           "\n"
+           "  --chars N       locator length: 2, 4, 6 or 8 (default 8)\n"
+           "  --notation N    dms (51° 30′ 0″ N), ddm (51° 30.0000′ N) or dd (51.5000° N);\n"
+           "                  default dms\n"
+           "  --lenient       read every query as the app does, without checks: numbers by\n"
+           "                  their longest numeric prefix, locators up to the first character\n"
+           "                  that cannot belong there\n"
+           "  --help          show this text\n"
+           "\n"
+           "Exit status: 0 when every query converted, 1 when some could not, 2 on a usage "
+           "error.\n";
+}
+
+std::optional<LocateCommand::Options>
+LocateCommand::parseArguments(const std::vector<std::string_view> &arguments, std::string *error)
+{
+    Options options;
+    bool optionsEnded = false;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        std::string_view argument = arguments[i];
+        // "-33.9,18.4" is a query, not an option.
+        const bool looksLikeOption = argument.size() > 1 && argument[0] == '-' &&
+                                     !(argument[1] == '.' || (argument[1] >= '0' && argument[1] <= '9'));
+        if (optionsEnded || !looksLikeOption) {
+            options.queries.emplace_back(argument);
+            continue;
+        }
+        if (argument == "--") {
+            optionsEnded = true;
+            continue;
+        }
+        if (argument == "--help" || argument == "-h") {
+            options.help = true;
+            continue;
+        }
+        if (argument == "--lenient") {
+            options.lenient = true;
+            continue;
+        }
+        std::string_view name = argument;
+        std::optional<std::string_view> value;
+        if (const std::size_t equals = argument.find('='); equals != std::string_view::npos) {
+            name = argument.substr(0, equals);
+            value = argument.substr(equals + 1);
+        }
+        if (name != "--chars" && name != "--notation") {
+            *error = "unknown option " + std::string(argument);
+            return std::nullopt;
+        }
+        if (!value) {
+            if (i + 1 >= arguments.size()) {
+                *error = std::string(name) + " needs a value";
+                return std::nullopt;
+            }
+            value = arguments[++i];
+        }
+        if (name == "--chars") {
+            bool known = false;
+            for (int k = 0; k < 4; ++k) {
+                if (*value == precisionName(k)) {
+                    options.chars = static_cast<VeltorFormat>(k);
+                    known = true;
+                }
+            }
+            if (!known) {
+                *error = "--chars takes 2, 4, 6 or 8, not " + std::string(*value);
+                return std::nullopt;
+            }
+        } else if (*value == "dms") {
+            options.notation = CoordinateFormat::DegreesMinutesSeconds;
+        } else if (*value == "ddm") {
+            options.notation = CoordinateFormat::DegreesDecimalMinutes;
+        } else if (*value == "dd") {
+            options.notation = CoordinateFormat::DecimalDegrees;
+        } else {
+            *error = "--notation takes dms, ddm or dd, not " + std::string(*value);
+            return std::nullopt;
+        }
+    }
+    return options;
+}
+
+LocateCommand::LocateCommand(Options options) : m_options(std::move(options)) {}
+
+bool LocateCommand::appendLine(double latitude, double longitude, std::string &out,
+                               std::string &error) const
+{
+    const CoordinateFormat notation = m_options.notation;
+    if (!CoordinateFormatter::canFormat(notation, latitude) ||
+        !CoordinateFormatter::canFormat(notation, longitude)) {
+        error += "cannot print ";
+        appendShortest(error, latitude);
+        error += ", ";
+        appendShortest(error, longitude);
+        error += " with whole degrees; use --notation dd";
+        return false;
+    }
+    char locator[VeltorFormatter::maximumEncodedLength];
+    const int length = VeltorFormatter::encode({latitude, longitude}, m_options.chars, locator);
+    out.append(locator, std::size_t(length));
+    out += '\t';
+    CoordinateFormatter::appendDegrees(out, notation, CoordinateFormatter::Form::Display, latitude,
+                                       latitude < 0 ? "S" : "N");
+    out += '\t';
+    CoordinateFormatter::appendDegrees(out, notation, CoordinateFormatter::Form::Display,
+                                       longitude, longitude < 0 ? "W" : "E");
+    out += '\t';
+    appendShortest(out, latitude);
+    out += '\t';
+    appendShortest(out, longitude);
+    out += '\n';
+    return true;
+}
+
+bool LocateCommand::convertCoordinate(std::string_view query, std::string &out,
+                                      std::string &error) const
+{
+    if (hasNotationMarks(query)) {
+        if (m_options.lenient) {
+            const Coordinate c = CoordinateFormatter::coordinateFromString(
+                QString::fromUtf8(query.data(), qsizetype(query.size())));
+            return appendLine(c.latitude, c.longitude, out, error);
+        }
+        const std::size_t separator = query.find(", ");
+        if (separator == std::string_view::npos ||
+            query.find(", ", separator + 2) != std::string_view::npos) {
+            error += "expected latitude and longitude separated by \", \"";
+            return false;
+        }
+        std::string why;
+        const auto latitude = strictNotation(query.substr(0, separator), 'N', 'S', &why);
+        if (!latitude) {
+            error += "latitude: " + why;
+            return false;
+        }
+        const auto longitude = strictNotation(query.substr(separator + 2), 'E', 'W', &why);
+        if (!longitude) {
+            error += "longitude: " + why;
+            return false;
+        }
+        if (std::fabs(*latitude) > 90.0 || std::fabs(*longitude) > 180.0) {
+            error += "outside -90..90 latitude or -180..180 longitude";
+            return false;
+        }
+        return appendLine(*latitude, *longitude, out, error);
+    }
+
+    const std::size_t comma = query.find(',');
+    const std::string_view first = query.substr(0, comma);
+    const std::string_view second = query.substr(comma + 1);
+    if (m_options.lenient)
+        return appendLine(doubleValue(first), doubleValue(second), out, error);
+
+    if (second.find(',') != std::string_view::npos) {
+        error += "expected two numbers \"LAT,LON\"";
+        return false;
+    }
+    const auto latitude = strictNumber(first);
+    const auto longitude = strictNumber(second);
+    if (!latitude || !longitude) {
+        error += "expected two numbers \"LAT,LON\" in decimal degrees";
+        return false;
+    }
+    if (*latitude < -90.0 || *latitude > 90.0) {
+        error += "latitude must be within -90..90";
+        return false;
+    }
+    if (*longitude < -180.0 || *longitude > 180.0) {
+        error += "longitude must be within -180..180";
+        return false;
+    }
+    return appendLine(*latitude, *longitude, out, error);
+}
+
+bool LocateCommand::convertLocator(std::string_view query, std::string &out,
+                                   std::string &error) const
+{
+    if (!m_options.lenient) {
+        if (query.size() < 2 || query.size() > 12 || query.size() % 2 != 0) {
+            error += "a grid locator has 2, 4, 6, 8, 10 or 12 characters";
+            return false;
+        }
+        for (std::size_t i = 0; i < query.size(); ++i) {
+            const char c = query[i];
+            const char upper = (c >= 'a' && c <= 'z') ? char(c - 'a' + 'A') : c;
+            const std::size_t pair = i / 2;
+            const bool ok = pair % 2 == 1 ? (c >= '0' && c <= '9')
+                                          : (upper >= 'A' && upper <= (pair == 0 ? 'R' : 'X'));
+            if (!ok) {
+                error += "character " + std::to_string(i + 1) + " must be ";
+                error += pair % 2 == 1 ? "a digit 0-9" : (pair == 0 ? "a letter A-R" : "a letter A-X");
+                return false;
+            }
+        }
+    }
+    const Coordinate centre = VeltorFormatter::decode(query);
+    return appendLine(centre.latitude, centre.longitude, out, error);
+}
+
+bool LocateCommand::convert(std::string_view query, std::string &out, std::string &error) const
+{
+    const std::size_t errorStart = error.size();
+    const bool ok = query.find(',') != std::string_view::npos
+                        ? convertCoordinate(query, out, error)
+                        : convertLocator(query, out, error);
+    if (!ok) {
+        std::string prefix = "veltor-locate: ";
+        appendQuoted(prefix, query);
+        prefix += ": ";
+        error.insert(errorStart, prefix);
+        error += '\n';
+    }
+    return ok;
+}
+
+int LocateCommand::run(std::FILE *input, std::FILE *output, std::FILE *errors) const
+{
+    if (m_options.help) {
+        std::fputs(usage(), output);
+        return Success;
+    }
+    std::string out;
+    std::string error;
+    bool allConverted = true;
+    constexpr std::size_t flushAt = 1 << 16;
+    const auto flush = [&] {
+        if (!out.empty())
+            std::fwrite(out.data(), 1, out.size(), output);
+        if (!error.empty())
+            std::fwrite(error.data(), 1, error.size(), errors);
+        out.clear();
+        error.clear();
+    };
+    out.reserve(flushAt + 1024);
+
+    if (!m_options.queries.empty()) {
+        for (const std::string &query : m_options.queries)
+            allConverted &= convert(query, out, error);
+        flush();
+        return allConverted ? Success : QueryError;
+    }
+
+    // Stream standard input in large blocks so that a file of millions of lines goes through
+    // without a read per line.
+    std::vector<char> block(1 << 20);
+    std::string carry;
+    const auto convertLine = [&](std::string_view line) {
+        if (line.ends_with('\r'))
+            line.remove_suffix(1);
+        allConverted &= convert(line, out, error);
+        if (out.size() >= flushAt || !error.empty())
+            flush();
+    };
+    while (true) {
+        const std::size_t count = std::fread(block.data(), 1, block.size(), input);
+        if (count == 0)
+            break;
+        std::string_view data(block.data(), count);
+        if (!carry.empty()) {
+            const std::size_t newline = data.find('\n');
+            if (newline == std::string_view::npos) {
+                carry.append(data);
+                continue;
+            }
+            carry.append(data.substr(0, newline));
+            convertLine(carry);
+            carry.clear();
+            data.remove_prefix(newline + 1);
+        }
+        while (true) {
+            const std::size_t newline = data.find('\n');
+            if (newline == std::string_view::npos) {
+                carry.append(data);
+                break;
+            }
+            convertLine(data.substr(0, newline));
+            data.remove_prefix(newline + 1);
+        }
+    }
+    if (!carry.empty())
+        convertLine(carry);
+    flush();
+    if (std::ferror(input)) {
+        std::fputs("veltor-locate: cannot read standard input\n", errors);
+        return QueryError;
+    }
+    return allConverted ? Success : QueryError;
+}

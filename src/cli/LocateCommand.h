@@ -1,0 +1,47 @@
+#pragma once
+
+#include "CoordinateFormat.h"
+#include "VeltorFormat.h"
+
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// veltor-locate: converts coordinates and grid locators for logbooks and scripts, one output line
+// of tab-separated fields per query.
+class LocateCommand
+{
+public:
+    struct Options
+    {
+        VeltorFormat chars = VeltorFormat::EightCharacters;
+        CoordinateFormat notation = CoordinateFormat::DegreesMinutesSeconds;
+        bool lenient = false;
+        bool help = false;
+        std::vector<std::string> queries;
+    };
+
+    enum ExitStatus { Success = 0, QueryError = 1, UsageError = 2 };
+
+    static const char *usage();
+    // Reads the command line (without the program name); on a usage error, says why in *error.
+    static std::optional<Options> parseArguments(const std::vector<std::string_view> &arguments,
+                                                 std::string *error);
+
+    explicit LocateCommand(Options options);
+
+    // Converts one query: appends its output line to out, or its error line to error.
+    bool convert(std::string_view query, std::string &out, std::string &error) const;
+
+    // Runs the queries of the command line, or every line of input when there are none.
+    int run(std::FILE *input, std::FILE *output, std::FILE *errors) const;
+
+private:
+    bool convertCoordinate(std::string_view query, std::string &out, std::string &error) const;
+    bool convertLocator(std::string_view query, std::string &out, std::string &error) const;
+    bool appendLine(double latitude, double longitude, std::string &out, std::string &error) const;
+
+    Options m_options;
+};

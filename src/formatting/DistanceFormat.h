@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QLocale>
+#include <QStringView>
+
+#include <optional>
+
+// Units of the accuracy read-out.
+enum class DistanceFormat {
+    Metric,
+    Imperial,
+};
+
+QStringView rawValue(DistanceFormat format);
+std::optional<DistanceFormat> distanceFormatFromRawValue(QStringView raw);
+
+// The units a locale prefers. Imperial wins every doubt: only a definite "uses metric" answer
+// gives Metric.
+DistanceFormat localeDefault(std::optional<bool> localeUsesMetricSystem);
+DistanceFormat localeDefault(const QLocale &locale = QLocale());
