@@ -1,0 +1,65 @@
+#pragma once
+
+#include "Coordinate.h"
+
+#include <QObject>
+#include <QVariant>
+
+#include <optional>
+
+class UserDefaults;
+
+// The one current point of the app, with whether it comes from live tracking and how accurate
+// the last fix was. Every change of the point is written through to the store at once; the
+// last point comes back at the next start.
+class ApplicationStateSystem : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(double latitude READ latitude NOTIFY coordinateChanged)
+    Q_PROPERTY(double longitude READ longitude NOTIFY coordinateChanged)
+    Q_PROPERTY(bool coordinateIsLiveTracked READ coordinateIsLiveTracked WRITE
+                   setCoordinateIsLiveTracked NOTIFY coordinateIsLiveTrackedChanged)
+    // Metres, or an invalid QVariant while there is no live fix.
+    Q_PROPERTY(QVariant coordinateAccuracy READ coordinateAccuracyVariant NOTIFY
+                   coordinateAccuracyChanged)
+
+public:
+    const QString latitudeUserDefaultsKey = QStringLiteral("VeltorSavedLatitude");
+    const QString longitudeUserDefaultsKey = QStringLiteral("VeltorSavedLongitude");
+
+    // The sample point shown until a point has been chosen or tracked.
+    static constexpr Coordinate defaultCoordinate{47.620496, -122.34927};
+
+    explicit ApplicationStateSystem(UserDefaults &defaults, QObject *parent = nullptr);
+
+    static ApplicationStateSystem &sharedSystem();
+
+    Coordinate coordinate() const { return m_coordinate; }
+    // Corrects an invalid point (latitude clamped, longitude wrapped), stores and persists it.
+    void setCoordinate(Coordinate coordinate);
+
+    bool coordinateIsLiveTracked() const { return m_coordinateIsLiveTracked; }
+    // Clearing the flag also clears the accuracy, announced even when there was none.
+    void setCoordinateIsLiveTracked(bool live);
+
+    std::optional<double> coordinateAccuracy() const { return m_coordinateAccuracy; }
+    void setCoordinateAccuracy(std::optional<double> meters);
+
+    double latitude() const { return m_coordinate.latitude; }
+    double longitude() const { return m_coordinate.longitude; }
+    QVariant coordinateAccuracyVariant() const;
+
+    // Latitude into [-90, 90], longitude into [-180, 180): 180 becomes -180.
+    static Coordinate normalized(Coordinate coordinate);
+
+signals:
+    void coordinateChanged();
+    void coordinateIsLiveTrackedChanged();
+    void coordinateAccuracyChanged();
+
+private:
+    UserDefaults &m_defaults;
+    Coordinate m_coordinate = defaultCoordinate;
+    bool m_coordinateIsLiveTracked = false;
+    std::optional<double> m_coordinateAccuracy;
+};

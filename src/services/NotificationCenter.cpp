@@ -1,0 +1,12 @@
+#include "NotificationCenter.h"
+
+NotificationCenter &NotificationCenter::defaultCenter()
+{
+    static NotificationCenter *const center = new NotificationCenter;
+    return *center;
+}
+
+void NotificationCenter::postNotificationName(const QString &name, const QObject *object)
+{
+    emit notificationPosted(name, object);
+}

@@ -1,0 +1,76 @@
+#include "PreferencesSystem.h"
+
+#include "NotificationCenter.h"
+#include "UserDefaults.h"
+
+PreferencesSystem::PreferencesSystem(UserDefaults &defaults, NotificationCenter &notificationCenter,
+                                     const QLocale &locale)
+    : m_defaults(defaults), m_notificationCenter(notificationCenter), m_locale(locale)
+{
+    m_defaults.registerDefaults({{showGridKey, true}});
+}
+
+PreferencesSystem &PreferencesSystem::sharedSystem()
+{
+    static PreferencesSystem *const instance = new PreferencesSystem(
+        UserDefaults::standardUserDefaults(), NotificationCenter::defaultCenter());
+    return *instance;
+}
+
+VeltorFormat PreferencesSystem::veltorFormat() const
+{
+    const auto raw = m_defaults.stringForKey(veltorFormatKey);
+    return raw ? veltorFormatFromRawValue(*raw).value_or(VeltorFormat::EightCharacters)
+               : VeltorFormat::EightCharacters;
+}
+
+CoordinateFormat PreferencesSystem::coordinateFormat() const
+{
+    const auto raw = m_defaults.stringForKey(coordinateFormatKey);
+    return raw ? coordinateFormatFromRawValue(*raw).value_or(CoordinateFormat::DegreesMinutesSeconds)
+               : CoordinateFormat::DegreesMinutesSeconds;
+}
+
+DistanceFormat PreferencesSystem::distanceFormat() const
+{
+    const auto raw = m_defaults.stringForKey(distanceFormatKey);
+    const auto stored = raw ? distanceFormatFromRawValue(*raw) : std::nullopt;
+    return stored.value_or(localeDefault(m_locale));
+}
+
+bool PreferencesSystem::showGrid() const
+{
+    return m_defaults.boolForKey(showGridKey);
+}
+
+void PreferencesSystem::writeString(QStringView raw, const QString &key,
+                                    QLatin1StringView notification)
+{
+    m_defaults.setObject(raw.toString(), key);
+    m_defaults.synchronize();
+    m_notificationCenter.postNotificationName(notification, this);
+}
+
+void PreferencesSystem::setVeltorFormat(VeltorFormat format)
+{
+    writeString(rawValue(format), veltorFormatKey, PreferencesSystemVeltorFormatDidChangeNotification);
+}
+
+void PreferencesSystem::setCoordinateFormat(CoordinateFormat format)
+{
+    writeString(rawValue(format), coordinateFormatKey,
+                PreferencesSystemCoordinateFormatDidChangeNotification);
+}
+
+void PreferencesSystem::setDistanceFormat(DistanceFormat format)
+{
+    writeString(rawValue(format), distanceFormatKey,
+                PreferencesSystemDistanceFormatDidChangeNotification);
+}
+
+void PreferencesSystem::setShowGrid(bool show)
+{
+    m_defaults.setBool(show, showGridKey);
+    m_defaults.synchronize();
+    m_notificationCenter.postNotificationName(PreferencesSystemShowGridDidChangeNotification, this);
+}

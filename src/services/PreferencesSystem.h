@@ -1,0 +1,61 @@
+#pragma once
+
+#include "CoordinateFormat.h"
+#include "DistanceFormat.h"
+#include "VeltorFormat.h"
+
+#include <QLatin1StringView>
+#include <QLocale>
+#include <QObject>
+
+class NotificationCenter;
+class UserDefaults;
+
+// Posted, with the PreferencesSystem as object, after each write of the matching setting.
+inline constexpr QLatin1StringView PreferencesSystemVeltorFormatDidChangeNotification{
+    "PreferencesSystemVeltorFormatDidChangeNotification"};
+inline constexpr QLatin1StringView PreferencesSystemCoordinateFormatDidChangeNotification{
+    "PreferencesSystemCoordinateFormatDidChangeNotification"};
+inline constexpr QLatin1StringView PreferencesSystemDistanceFormatDidChangeNotification{
+    "PreferencesSystemDistanceFormatDidChangeNotification"};
+inline constexpr QLatin1StringView PreferencesSystemShowGridDidChangeNotification{
+    "PreferencesSystemShowGridDidChangeNotification"};
+
+// The four user settings. Every read goes to the store, so a value is current even if the store
+// was written elsewhere; every write stores, synchronises and posts its notification, even when
+// the value does not change. Only the grid flag has a registered default: nothing is written
+// until the user changes a setting.
+class PreferencesSystem : public QObject
+{
+    Q_OBJECT
+
+public:
+    const QString veltorFormatKey = QStringLiteral("VeltorFormatPreference");
+    const QString coordinateFormatKey = QStringLiteral("CoordinateFormatPreference");
+    const QString distanceFormatKey = QStringLiteral("DistanceFormatPreference");
+    const QString showGridKey = QStringLiteral("ShowGridPreference");
+
+    PreferencesSystem(UserDefaults &defaults, NotificationCenter &notificationCenter,
+                      const QLocale &locale = QLocale());
+
+    static PreferencesSystem &sharedSystem();
+
+    VeltorFormat veltorFormat() const;
+    void setVeltorFormat(VeltorFormat format);
+    CoordinateFormat coordinateFormat() const;
+    void setCoordinateFormat(CoordinateFormat format);
+    DistanceFormat distanceFormat() const;
+    void setDistanceFormat(DistanceFormat format);
+    bool showGrid() const;
+    void setShowGrid(bool show);
+
+    UserDefaults &defaults() const { return m_defaults; }
+    NotificationCenter &notificationCenter() const { return m_notificationCenter; }
+
+private:
+    void writeString(QStringView raw, const QString &key, QLatin1StringView notification);
+
+    UserDefaults &m_defaults;
+    NotificationCenter &m_notificationCenter;
+    QLocale m_locale;
+};
