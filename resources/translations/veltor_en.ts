@@ -33,5 +33,10 @@
         <extracomment>Long Miles Distance</extracomment>
         <translation>%lld mi</translation>
     </message>
+    <message id="settings.error.not-saved">
+        <source>Settings cannot be saved to %1. Changes last until Veltor closes.</source>
+        <extracomment>Shown when the settings file cannot be written (read-only or full disk)</extracomment>
+        <translation>Settings cannot be saved to %1. Changes last until Veltor closes.</translation>
+    </message>
 </context>
 </TS>

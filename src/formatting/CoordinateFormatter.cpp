@@ -4,6 +4,7 @@
 
 #include <QtGlobal>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -76,7 +77,9 @@ void CoordinateFormatter::appendDegrees(std::string &out, CoordinateFormat forma
         const double d = std::floor(a);
         const double f = a - d;
         const double m = std::floor(f * 60.0);
-        const double s = std::floor((f - m / 60.0) * 3600.0);
+        // Just below a whole minute f * 60 can round up to it, leaving a hair below zero
+        // seconds; that is the whole minute, not a reason to stop.
+        const double s = std::max(0.0, std::floor((f - m / 60.0) * 3600.0));
         appendWhole(out, wholeNumber(d));
         out += marks.degrees;
         appendWhole(out, wholeNumber(m));

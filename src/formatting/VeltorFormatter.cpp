@@ -2,6 +2,7 @@
 
 #include <QTextBoundaryFinder>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -59,6 +60,15 @@ QByteArray readableAsciiPrefix(const QString &string)
         start = next;
     }
     return prefix;
+}
+
+bool isAscii(const QString &text)
+{
+    for (const QChar c : text) {
+        if (c.unicode() >= 0x80)
+            return false;
+    }
+    return true;
 }
 
 } // namespace
@@ -177,6 +187,16 @@ QString VeltorFormatter::stringFromCoordinate(Coordinate coordinate) const
 
 Coordinate VeltorFormatter::coordinateFromString(const QString &string) const
 {
+    // Typed locators are ASCII; only other text needs Unicode case and character rules.
+    if (isAscii(string)) {
+        char buffer[32];
+        const qsizetype length = std::min<qsizetype>(string.size(), sizeof buffer);
+        for (qsizetype i = 0; i < length; ++i)
+            buffer[i] = char(string.at(i).unicode());
+        if (length == string.size())
+            return decodeAscii(std::string_view(buffer, std::size_t(length)));
+        return decodeAscii(string.toLatin1().toStdString());
+    }
     const QByteArray prefix = readableAsciiPrefix(string);
     return decodeAscii(std::string_view(prefix.constData(), std::size_t(prefix.size())));
 }

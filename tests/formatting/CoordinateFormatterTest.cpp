@@ -71,6 +71,9 @@ INSTANTIATE_TEST_SUITE_P(
         DegreesCase{DMS, 1e10, "N", u"10000000000° 0′ 0″ N",
                     u"10000000000 degrees 0 minutes 0 seconds N"},
         DegreesCase{DD, 0.00005, "N", u"0.0001° N", u"0.0001 degrees N"},
+        // Just below a whole minute the minutes round up; the seconds must not go below zero.
+        DegreesCase{DMS, 0.3833333333333333, "N", u"0° 23′ 0″ N", u"0 degrees 23 minutes 0 seconds N"},
+        DegreesCase{DMS, 7.7666666666666666, "E", u"7° 46′ 0″ E", u"7 degrees 46 minutes 0 seconds E"},
         DegreesCase{DD, 0.00015, "N", u"0.0001° N", u"0.0001 degrees N"}));
 
 struct CoordinateCase
