@@ -1,41 +1,62 @@
 #pragma once
 
-#include "Coordinate.h"
 #include "CoordinateFormatter.h"
+#include "NotificationObserver.h"
 #include "VeltorFormatter.h"
 
 #include <QObject>
 #include <QString>
 
-// The latitude, longitude and locator read-outs of one point, with their spoken forms.
+#include <optional>
+
+class ApplicationStateSystem;
+class PreferencesSystem;
+
+// The latitude, longitude and locator read-outs of the current point, with their spoken labels.
+// They follow the point and the notation and precision settings as they change.
 class CoordinatePanelViewController : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(QString latitudeText READ latitudeText NOTIFY textsChanged)
-    Q_PROPERTY(QString longitudeText READ longitudeText NOTIFY textsChanged)
-    Q_PROPERTY(QString veltorText READ veltorText NOTIFY textsChanged)
-    Q_PROPERTY(QString latitudeAccessibilityLabel READ latitudeAccessibilityLabel NOTIFY textsChanged)
-    Q_PROPERTY(QString longitudeAccessibilityLabel READ longitudeAccessibilityLabel NOTIFY textsChanged)
-    Q_PROPERTY(QString veltorAccessibilityLabel READ veltorAccessibilityLabel NOTIFY textsChanged)
+    Q_PROPERTY(QString latitudeText READ latitudeText NOTIFY latitudeChanged)
+    Q_PROPERTY(QString latitudeAccessibilityLabel READ latitudeAccessibilityLabel NOTIFY latitudeChanged)
+    Q_PROPERTY(QString longitudeText READ longitudeText NOTIFY longitudeChanged)
+    Q_PROPERTY(QString longitudeAccessibilityLabel READ longitudeAccessibilityLabel NOTIFY longitudeChanged)
+    Q_PROPERTY(QString veltorText READ veltorText NOTIFY veltorChanged)
+    Q_PROPERTY(QString veltorAccessibilityLabel READ veltorAccessibilityLabel NOTIFY veltorChanged)
+    Q_PROPERTY(QString veltor2AccessibilityLabel READ veltor2AccessibilityLabel NOTIFY veltorChanged)
 
 public:
-    explicit CoordinatePanelViewController(Coordinate coordinate, QObject *parent = nullptr);
+    CoordinatePanelViewController(ApplicationStateSystem &state, PreferencesSystem &preferences,
+                                  QObject *parent = nullptr);
 
-    Coordinate coordinate() const { return m_coordinate; }
-    void setCoordinate(Coordinate coordinate);
+    QString latitudeText() const { return m_latitudeText; }
+    QString latitudeAccessibilityLabel() const { return m_latitudeAccessibilityLabel; }
+    QString longitudeText() const { return m_longitudeText; }
+    QString longitudeAccessibilityLabel() const { return m_longitudeAccessibilityLabel; }
+    QString veltorText() const { return m_veltorText; }
+    QString veltorAccessibilityLabel() const { return m_veltorAccessibilityLabel; }
+    QString veltor2AccessibilityLabel() const;
 
-    QString latitudeText() const;
-    QString longitudeText() const;
-    QString veltorText() const;
-    QString latitudeAccessibilityLabel() const;
-    QString longitudeAccessibilityLabel() const;
-    QString veltorAccessibilityLabel() const;
+    // "J N 5 8 ": each character read out on its own.
+    static QString spelledOut(const QString &locator);
 
 signals:
-    void textsChanged();
+    void latitudeChanged();
+    void longitudeChanged();
+    void veltorChanged();
 
 private:
-    Coordinate m_coordinate;
+    void refreshLatitude();
+    void refreshLongitude();
+    void refreshVeltor();
+
+    ApplicationStateSystem &m_state;
+    PreferencesSystem &m_preferences;
     VeltorFormatter m_veltorFormatter;
     CoordinateFormatter m_coordinateFormatter;
+    std::optional<NotificationObserver> m_veltorFormatObserver;
+    std::optional<NotificationObserver> m_coordinateFormatObserver;
+    QString m_latitudeText, m_latitudeAccessibilityLabel;
+    QString m_longitudeText, m_longitudeAccessibilityLabel;
+    QString m_veltorText, m_veltorAccessibilityLabel;
 };
