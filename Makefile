@@ -30,6 +30,7 @@ test: build
 
 bench: build
 	$(BUILD)/bench/veltor-bench $(ARGS)
+	$(BUILD)/bench/veltor-grid-bench $(ARGS)
 	bash bench/locate-throughput.sh $(BUILD)/src/cli/veltor-locate
 
 # AddressSanitizer and UndefinedBehaviorSanitizer over the whole test suite.

@@ -1,6 +1,9 @@
 #include "Localization.h"
 
 #include <QCoreApplication>
+#ifdef VELTOR_GTEST_GUI_APPLICATION
+#include <QGuiApplication>
+#endif
 #include <QStandardPaths>
 
 #include <gtest/gtest.h>
@@ -11,7 +14,14 @@ int main(int argc, char **argv)
     // Death tests fork; the threadsafe style re-runs the binary so Qt's threads are not copied.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     QStandardPaths::setTestModeEnabled(true);
+#ifdef VELTOR_GTEST_GUI_APPLICATION
+    // Run directly as well as from ctest: no display is needed to paint into images.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argc, argv);
+#else
     QCoreApplication app(argc, argv);
+#endif
     const Localization localization(QLocale(QLocale::English, QLocale::UnitedStates));
     return RUN_ALL_TESTS();
 }

@@ -1,0 +1,262 @@
+#include "VeltorGridOverlayRenderer.h"
+
+#include "VeltorFormatter.h"
+#include "VeltorGridGeometry.h"
+
+#include <QFontDatabase>
+#include <QFontInfo>
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QRectF>
+
+#include <cmath>
+
+namespace {
+
+// Glyphs are laid out at this pixel size and scaled to map points: QFont sizes are whole pixels,
+// and a label's size in map points runs from a few units to millions.
+constexpr int layoutPixelSize = 100;
+
+// Device rows per piece of a tall line or halo band (see drawMapRect).
+constexpr double bandPieceRows = 64.0;
+
+QString labelFontFamily()
+{
+    const QString avenir = QStringLiteral("Avenir Next");
+    if (QFontDatabase::hasFamily(avenir))
+        return avenir;
+    return QFontInfo(QFontDatabase::systemFont(QFontDatabase::GeneralFont)).family();
+}
+
+QRectF toRectF(const MapRect &rect)
+{
+    return QRectF(rect.x, rect.y, rect.width, rect.height);
+}
+
+} // namespace
+
+GridLabel GridLabel::layOut(const QString &text, const GridLabelAttributes &attributes)
+{
+    QFont font(attributes.fontFamily);
+    font.setWeight(attributes.fontWeight);
+    font.setPixelSize(layoutPixelSize);
+    // Unhinted outlines and advances scale linearly, so one layout serves every size.
+    font.setHintingPreference(QFont::PreferNoHinting);
+
+    const QFontMetricsF metrics(font);
+    QPainterPath path;
+    path.addText(0.0, metrics.ascent(), font, text);
+
+    const double scale = attributes.fontSize / layoutPixelSize;
+    GridLabel label;
+    label.m_fillRule = path.fillRule();
+    label.m_elements.reserve(std::size_t(path.elementCount()));
+    for (int i = 0; i < path.elementCount(); ++i) {
+        const QPainterPath::Element element = path.elementAt(i);
+        label.m_elements.push_back({element.type, element.x * scale, element.y * scale});
+    }
+    label.m_size = {metrics.horizontalAdvance(text) * scale, metrics.height() * scale};
+    label.m_fontSize = attributes.fontSize;
+    label.m_foregroundColor = attributes.foregroundColor;
+    return label;
+}
+
+QPainterPath GridLabel::outline(MapPoint origin) const
+{
+    QPainterPath path;
+    path.setFillRule(m_fillRule);
+    path.reserve(int(m_elements.size()));
+    const std::size_t count = m_elements.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        const Element &e = m_elements[i];
+        const QPointF point(origin.x + e.x, origin.y + e.y);
+        switch (e.type) {
+        case QPainterPath::MoveToElement:
+            path.moveTo(point);
+            break;
+        case QPainterPath::LineToElement:
+            path.lineTo(point);
+            break;
+        case QPainterPath::CurveToElement:
+            // A cubic is stored as its first control point and two data elements.
+            if (i + 2 < count) {
+                const Element &c2 = m_elements[i + 1];
+                const Element &end = m_elements[i + 2];
+                path.cubicTo(point, QPointF(origin.x + c2.x, origin.y + c2.y),
+                             QPointF(origin.x + end.x, origin.y + end.y));
+                i += 2;
+            }
+            break;
+        case QPainterPath::CurveToDataElement:
+            break;
+        }
+    }
+    return path;
+}
+
+VeltorGridOverlayRenderer::VeltorGridOverlayRenderer(bool tablet) : m_fontSize(tablet ? 15.0 : 20.0)
+{
+    m_stringAttributes.foregroundColor = QColor::fromRgbF(0.2f, 0.2f, 0.4f, 1.0f);
+    m_stringAttributes.fontFamily = labelFontFamily();
+    m_stringAttributes.fontWeight = QFont::Medium;
+}
+
+bool VeltorGridOverlayRenderer::canDrawMapRect(const MapRect &, double) const
+{
+    return true;
+}
+
+QColor VeltorGridOverlayRenderer::haloColor()
+{
+    return QColor::fromRgbF(1.0f, 1.0f, 1.0f, 0.66f);
+}
+
+QColor VeltorGridOverlayRenderer::lineColor()
+{
+    return QColor::fromRgbF(0.0f, 0.0f, 0.5f, 0.5f);
+}
+
+QColor VeltorGridOverlayRenderer::plateColor()
+{
+    return QColor::fromRgbF(1.0f, 1.0f, 1.0f, 0.75f);
+}
+
+GridLabelAttributes VeltorGridOverlayRenderer::labelAttributes(double zoomScale) const
+{
+    GridLabelAttributes attributes = m_stringAttributes;
+    attributes.fontSize = (1.0 / zoomScale) * m_fontSize;
+    return attributes;
+}
+
+QTransform VeltorGridOverlayRenderer::tileTransform(const MapRect &rect, double zoomScale,
+                                                    double devicePixelRatio)
+{
+    const double scale = zoomScale * devicePixelRatio;
+    return QTransform(scale, 0.0, 0.0, scale, -rect.x * scale, -rect.y * scale);
+}
+
+QImage VeltorGridOverlayRenderer::renderTile(const MapRect &rect, double zoomScale,
+                                             double devicePixelRatio, VeltorFormat preference)
+{
+    const int width = int(std::lround(rect.width * zoomScale * devicePixelRatio));
+    const int height = int(std::lround(rect.height * zoomScale * devicePixelRatio));
+    QImage image(width, height, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    {
+        QPainter painter(&image);
+        painter.setTransform(tileTransform(rect, zoomScale, devicePixelRatio));
+        drawMapRect(rect, zoomScale, painter, preference);
+    }
+    image.setDevicePixelRatio(devicePixelRatio);
+    return image;
+}
+
+void VeltorGridOverlayRenderer::drawMapRect(const MapRect &rect, double zoomScale,
+                                            QPainter &painter, VeltorFormat preference)
+{
+    const double n = VeltorGrid::gridDivisions(zoomScale, preference);
+    const std::vector<double> columns = VeltorGrid::columnLines(rect, zoomScale, n);
+    const std::vector<double> rows = VeltorGrid::rowLines(rect, zoomScale, n);
+    const double point = 1.0 / zoomScale;
+
+    painter.save();
+    painter.setPen(Qt::NoPen);
+    // Lines are snapped to whole screen points, so plain fills land on whole pixels.
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    // Bands are cut to the tile first: the same pixels, and far-off parallels (the poles lie
+    // billions of pixels away when zoomed in) never reach the rasteriser's integer coordinates.
+    // Tall bands go in pieces of 64 rows: Qt 6 splits taller fills over its GUI thread pool,
+    // which costs far more than it saves on a band a few pixels wide.
+    const double pixelsPerMapPoint = std::fabs(painter.combinedTransform().m22());
+    const double pieceHeight = pixelsPerMapPoint > 0.0 ? bandPieceRows / pixelsPerMapPoint : 0.0;
+    const auto fillBand = [&](const MapRect &band, const QColor &colour) {
+        const MapRect visible = band.intersected(rect);
+        if (visible.isEmpty())
+            return;
+        if (!(pieceHeight > 0.0) || visible.height <= pieceHeight) {
+            painter.fillRect(toRectF(visible), colour);
+            return;
+        }
+        const int pieces = int(std::ceil(visible.height / pieceHeight));
+        for (int k = 0; k < pieces; ++k) {
+            const double top = visible.y + k * pieceHeight;
+            const double bottom =
+                k + 1 == pieces ? visible.maxY() : visible.y + (k + 1) * pieceHeight;
+            painter.fillRect(QRectF(visible.x, top, visible.width, bottom - top), colour);
+        }
+    };
+
+    const QColor halo = haloColor();
+    for (const double x : columns)
+        fillBand({x - point, rect.y, 3.0 * point, rect.height}, halo);
+    for (const double y : rows)
+        fillBand({rect.x, y - point, rect.width, 3.0 * point}, halo);
+
+    const QColor line = lineColor();
+    for (const double x : columns)
+        fillBand({x, rect.y, point, rect.height}, line);
+    for (const double y : rows)
+        fillBand({rect.x, y, rect.width, point}, line);
+
+    const GridLabelAttributes attributes = labelAttributes(zoomScale);
+    // Each drawing call has its own formatter: drawing threads never share a writable one.
+    VeltorFormatter formatter;
+    formatter.setFormat(VeltorGrid::labelFormat(zoomScale, preference));
+
+    painter.setRenderHint(QPainter::Antialiasing, true);
+    painter.setBrush(plateColor());
+    const double cornerRadius = 4.0 * point;
+    for (const VeltorGrid::Cell &cell : VeltorGrid::cells(columns, rows, formatter)) {
+        const std::shared_ptr<const GridLabel> label =
+            cachedLabel(cell.label, zoomScale, attributes);
+        const VeltorGrid::LabelPlacement placement =
+            VeltorGrid::placeLabel(cell.centre, label->size(), zoomScale);
+        if (!VeltorGrid::labelIsDrawn(placement, rect))
+            continue;
+        painter.drawRoundedRect(toRectF(placement.plateRect), cornerRadius, cornerRadius);
+        painter.fillPath(label->outline(placement.textRect.origin()), label->foregroundColor());
+    }
+    painter.restore();
+}
+
+std::shared_ptr<const GridLabel>
+VeltorGridOverlayRenderer::cachedLabel(const QString &text, double zoomScale,
+                                       const GridLabelAttributes &attributes)
+{
+    const std::lock_guard lock(m_cacheMutex);
+    if (m_attributedStringCacheZoom != zoomScale) {
+        m_attributedStringCacheZoom = zoomScale;
+        m_attributedStringCache.clear();
+    }
+    if (const auto found = m_attributedStringCache.find(text);
+        found != m_attributedStringCache.end())
+        return found->second;
+    auto label = std::make_shared<const GridLabel>(GridLabel::layOut(text, attributes));
+    m_labelCreationCount.fetch_add(1, std::memory_order_relaxed);
+    m_attributedStringCache.emplace(text, label);
+    return label;
+}
+
+std::size_t VeltorGridOverlayRenderer::labelCacheSize() const
+{
+    const std::lock_guard lock(m_cacheMutex);
+    return m_attributedStringCache.size();
+}
+
+double VeltorGridOverlayRenderer::attributedStringCacheZoom() const
+{
+    const std::lock_guard lock(m_cacheMutex);
+    return m_attributedStringCacheZoom;
+}
+
+std::uint64_t VeltorGridOverlayRenderer::labelCreationCount() const
+{
+    return m_labelCreationCount.load(std::memory_order_relaxed);
+}
+
+void VeltorGridOverlayRenderer::clearLabelCache()
+{
+    const std::lock_guard lock(m_cacheMutex);
+    m_attributedStringCacheZoom = 0.0;
+    m_attributedStringCache.clear();
+}

@@ -1,0 +1,117 @@
+#pragma once
+
+#include "MapProjection.h"
+#include "VeltorFormat.h"
+
+#include <QColor>
+#include <QFont>
+#include <QImage>
+#include <QPainterPath>
+#include <QString>
+#include <QTransform>
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <unordered_map>
+#include <vector>
+
+class QPainter;
+
+// Text attributes of the grid labels. fontSize is in map points (screen size / z) once a drawing
+// call has filled it in; the renderer's base attributes leave it 0.
+struct GridLabelAttributes
+{
+    QColor foregroundColor;
+    QString fontFamily;
+    QFont::Weight fontWeight = QFont::Medium;
+    double fontSize = 0.0;
+};
+
+// A laid-out label: the glyph outlines in map points with the text box's top-left at (0, 0).
+// Immutable plain data once made, so any number of drawing threads may read it at once.
+class GridLabel
+{
+public:
+    static GridLabel layOut(const QString &text, const GridLabelAttributes &attributes);
+
+    // Advance width and line height, in map points.
+    MapSize size() const { return m_size; }
+    double fontSize() const { return m_fontSize; }
+    const QColor &foregroundColor() const { return m_foregroundColor; }
+    // A new path for the calling thread, with the text box's top-left at origin.
+    QPainterPath outline(MapPoint origin) const;
+
+private:
+    struct Element
+    {
+        QPainterPath::ElementType type;
+        double x;
+        double y;
+    };
+
+    std::vector<Element> m_elements;
+    Qt::FillRule m_fillRule = Qt::WindingFill;
+    MapSize m_size;
+    double m_fontSize = 0.0;
+    QColor m_foregroundColor;
+};
+
+// Draws the locator grid into map tiles: lines with a light halo and a plate with the locator
+// text in every cell. drawMapRect may run on several threads at once; the label cache is the only
+// shared state and is guarded by one mutex.
+//
+// Painter contract: the caller sets the painter's transform so that map points land on tile
+// pixels, i.e. tileTransform(rect, z, devicePixelRatio): scale z · devicePixelRatio after a
+// translation by the negated rectangle origin. renderTile does exactly that into a new image.
+// Construct on the GUI thread (it looks the font up in the font database).
+class VeltorGridOverlayRenderer
+{
+public:
+    explicit VeltorGridOverlayRenderer(bool tablet = false);
+
+    VeltorGridOverlayRenderer(const VeltorGridOverlayRenderer &) = delete;
+    VeltorGridOverlayRenderer &operator=(const VeltorGridOverlayRenderer &) = delete;
+
+    bool canDrawMapRect(const MapRect &rect, double zoomScale) const;
+    // preference: the locator precision, read by the caller from the preferences on its thread.
+    void drawMapRect(const MapRect &rect, double zoomScale, QPainter &painter,
+                     VeltorFormat preference);
+
+    static QTransform tileTransform(const MapRect &rect, double zoomScale, double devicePixelRatio);
+    // A transparent ARGB32_Premultiplied tile of round(size · z · devicePixelRatio) pixels.
+    QImage renderTile(const MapRect &rect, double zoomScale, double devicePixelRatio,
+                      VeltorFormat preference);
+
+    const GridLabelAttributes &stringAttributes() const { return m_stringAttributes; }
+    // Label font size in screen points.
+    double fontSize() const { return m_fontSize; }
+    // The base attributes with the font scaled to 1/z: fontSize screen points on screen.
+    GridLabelAttributes labelAttributes(double zoomScale) const;
+
+    static QColor haloColor();
+    static QColor lineColor();
+    static QColor plateColor();
+
+    // The cache: emptied whenever z differs from the zoom scale it holds labels for (exact
+    // comparison); the text alone is the key, which holds because the font follows from z.
+    std::shared_ptr<const GridLabel> cachedLabel(const QString &text, double zoomScale,
+                                                 const GridLabelAttributes &attributes);
+
+    // For tests and benchmarks.
+    std::size_t labelCacheSize() const;
+    double attributedStringCacheZoom() const;
+    std::uint64_t labelCreationCount() const;
+    void clearLabelCache(); // back to the state at construction
+
+private:
+    GridLabelAttributes m_stringAttributes;
+    double m_fontSize;
+
+    mutable std::mutex m_cacheMutex;
+    double m_attributedStringCacheZoom = 0.0;
+    std::unordered_map<QString, std::shared_ptr<const GridLabel>> m_attributedStringCache;
+    std::atomic<std::uint64_t> m_labelCreationCount{0};
+};
