@@ -28,9 +28,30 @@ QString labelFontFamily()
     return QFontInfo(QFontDatabase::systemFont(QFontDatabase::GeneralFont)).family();
 }
 
+// Prepared label images larger than this (only at absurd font sizes) are left out.
+constexpr double largestImageSide = 2048.0;
+
 QRectF toRectF(const MapRect &rect)
 {
     return QRectF(rect.x, rect.y, rect.width, rect.height);
+}
+
+// Device pixels per map point when the painter's world transform alone takes map points to
+// device pixels (no view transform, no device pixel ratio of its own) and only scales, equally,
+// and translates; else 0.
+double uniformDeviceScale(const QPainter &painter)
+{
+    const QTransform transform = painter.deviceTransform();
+    if (transform != painter.worldTransform() || transform != painter.combinedTransform() ||
+        transform.type() > QTransform::TxScale || transform.m11() != transform.m22() ||
+        !(transform.m11() > 0.0))
+        return 0.0;
+    return transform.m11();
+}
+
+bool isWhole(double value)
+{
+    return std::fabs(value - std::round(value)) <= 1e-6;
 }
 
 } // namespace
@@ -58,7 +79,57 @@ GridLabel GridLabel::layOut(const QString &text, const GridLabelAttributes &attr
     label.m_size = {metrics.horizontalAdvance(text) * scale, metrics.height() * scale};
     label.m_fontSize = attributes.fontSize;
     label.m_foregroundColor = attributes.foregroundColor;
+    label.m_plateColor = attributes.plateColor;
+    label.m_plateCornerRadius = attributes.plateCornerRadius;
+
+    // Filling glyph outlines with antialiasing costs tens of microseconds a label, copying an
+    // image about one: paint plate and text once here and copy them into every tile.
+    const double s = attributes.deviceScale;
+    const MapRect textRect{0.0, 0.0, std::ceil(label.m_size.width), std::ceil(label.m_size.height)};
+    const MapRect plateRect = textRect.insetBy(-attributes.plateMargin, 0.0);
+    const double imageWidth = std::ceil(plateRect.width * s - 1e-6);
+    const double imageHeight = std::ceil(plateRect.height * s - 1e-6);
+    if (s > 0.0 && imageWidth >= 1.0 && imageHeight >= 1.0 && imageWidth <= largestImageSide &&
+        imageHeight <= largestImageSide) {
+        QImage image(int(imageWidth), int(imageHeight), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        painter.setTransform(QTransform(s, 0.0, 0.0, s, -plateRect.x * s, -plateRect.y * s));
+        label.drawShapes(painter, textRect, plateRect);
+        painter.end();
+        label.m_image = std::move(image);
+        label.m_imageScale = s;
+    }
     return label;
+}
+
+void GridLabel::drawShapes(QPainter &painter, const MapRect &textRect,
+                           const MapRect &plateRect) const
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing, true);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(m_plateColor);
+    painter.drawRoundedRect(toRectF(plateRect), m_plateCornerRadius, m_plateCornerRadius);
+    painter.fillPath(outline(textRect.origin()), m_foregroundColor);
+    painter.restore();
+}
+
+void GridLabel::draw(QPainter &painter, const MapRect &textRect, const MapRect &plateRect) const
+{
+    const double s = uniformDeviceScale(painter);
+    if (!m_image.isNull() && s > 0.0 && std::fabs(s - m_imageScale) <= 1e-12 * m_imageScale) {
+        const QPointF corner = painter.deviceTransform().map(QPointF(plateRect.x, plateRect.y));
+        if (isWhole(corner.x()) && isWhole(corner.y())) {
+            painter.save();
+            painter.setTransform(
+                QTransform::fromTranslate(std::round(corner.x()), std::round(corner.y())));
+            painter.drawImage(QPointF(0.0, 0.0), m_image);
+            painter.restore();
+            return;
+        }
+    }
+    drawShapes(painter, textRect, plateRect);
 }
 
 QPainterPath GridLabel::outline(MapPoint origin) const
@@ -99,6 +170,7 @@ VeltorGridOverlayRenderer::VeltorGridOverlayRenderer(bool tablet) : m_fontSize(t
     m_stringAttributes.foregroundColor = QColor::fromRgbF(0.2f, 0.2f, 0.4f, 1.0f);
     m_stringAttributes.fontFamily = labelFontFamily();
     m_stringAttributes.fontWeight = QFont::Medium;
+    m_stringAttributes.plateColor = plateColor();
 }
 
 bool VeltorGridOverlayRenderer::canDrawMapRect(const MapRect &, double) const
@@ -121,10 +193,14 @@ QColor VeltorGridOverlayRenderer::plateColor()
     return QColor::fromRgbF(1.0f, 1.0f, 1.0f, 0.75f);
 }
 
-GridLabelAttributes VeltorGridOverlayRenderer::labelAttributes(double zoomScale) const
+GridLabelAttributes VeltorGridOverlayRenderer::labelAttributes(double zoomScale,
+                                                               double deviceScale) const
 {
     GridLabelAttributes attributes = m_stringAttributes;
     attributes.fontSize = (1.0 / zoomScale) * m_fontSize;
+    attributes.plateMargin = 6.0 / zoomScale;
+    attributes.plateCornerRadius = 4.0 / zoomScale;
+    attributes.deviceScale = deviceScale;
     return attributes;
 }
 
@@ -198,14 +274,11 @@ void VeltorGridOverlayRenderer::drawMapRect(const MapRect &rect, double zoomScal
     for (const double y : rows)
         fillBand({rect.x, y, rect.width, point}, line);
 
-    const GridLabelAttributes attributes = labelAttributes(zoomScale);
+    const GridLabelAttributes attributes = labelAttributes(zoomScale, uniformDeviceScale(painter));
     // Each drawing call has its own formatter: drawing threads never share a writable one.
     VeltorFormatter formatter;
     formatter.setFormat(VeltorGrid::labelFormat(zoomScale, preference));
 
-    painter.setRenderHint(QPainter::Antialiasing, true);
-    painter.setBrush(plateColor());
-    const double cornerRadius = 4.0 * point;
     for (const VeltorGrid::Cell &cell : VeltorGrid::cells(columns, rows, formatter)) {
         const std::shared_ptr<const GridLabel> label =
             cachedLabel(cell.label, zoomScale, attributes);
@@ -213,8 +286,7 @@ void VeltorGridOverlayRenderer::drawMapRect(const MapRect &rect, double zoomScal
             VeltorGrid::placeLabel(cell.centre, label->size(), zoomScale);
         if (!VeltorGrid::labelIsDrawn(placement, rect))
             continue;
-        painter.drawRoundedRect(toRectF(placement.plateRect), cornerRadius, cornerRadius);
-        painter.fillPath(label->outline(placement.textRect.origin()), label->foregroundColor());
+        label->draw(painter, placement.textRect, placement.plateRect);
     }
     painter.restore();
 }

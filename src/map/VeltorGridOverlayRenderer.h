@@ -20,18 +20,25 @@
 
 class QPainter;
 
-// Text attributes of the grid labels. fontSize is in map points (screen size / z) once a drawing
-// call has filled it in; the renderer's base attributes leave it 0.
+// What a label is made from. Lengths are in map points (screen points / z) once a drawing call
+// has filled them in; the renderer's base attributes leave them 0.
 struct GridLabelAttributes
 {
     QColor foregroundColor;
     QString fontFamily;
     QFont::Weight fontWeight = QFont::Medium;
     double fontSize = 0.0;
+    QColor plateColor;
+    double plateMargin = 0.0; // added left and right of the text
+    double plateCornerRadius = 0.0;
+    // Device pixels per map point of the drawing call that makes the label, or 0: the plate and
+    // text are then also painted once into an image at that scale.
+    double deviceScale = 0.0;
 };
 
-// A laid-out label: the glyph outlines in map points with the text box's top-left at (0, 0).
-// Immutable plain data once made, so any number of drawing threads may read it at once.
+// A laid-out label: the glyph outlines in map points with the text box's top-left at (0, 0),
+// and the plate with its text painted at one device scale. Immutable once made, so any number of
+// drawing threads may read it at once.
 class GridLabel
 {
 public:
@@ -43,6 +50,14 @@ public:
     const QColor &foregroundColor() const { return m_foregroundColor; }
     // A new path for the calling thread, with the text box's top-left at origin.
     QPainterPath outline(MapPoint origin) const;
+    // The prepared plate and text, or a null image; its top-left is the plate's.
+    const QImage &image() const { return m_image; }
+    double imageScale() const { return m_imageScale; }
+
+    // Fills the plate and then the text. Copies the prepared image when the painter maps map
+    // points at its scale and the plate's corner onto a whole pixel (the usual tile), and draws
+    // the outlines otherwise; both give the same picture.
+    void draw(QPainter &painter, const MapRect &textRect, const MapRect &plateRect) const;
 
 private:
     struct Element
@@ -52,11 +67,17 @@ private:
         double y;
     };
 
+    void drawShapes(QPainter &painter, const MapRect &textRect, const MapRect &plateRect) const;
+
     std::vector<Element> m_elements;
     Qt::FillRule m_fillRule = Qt::WindingFill;
     MapSize m_size;
     double m_fontSize = 0.0;
     QColor m_foregroundColor;
+    QColor m_plateColor;
+    double m_plateCornerRadius = 0.0;
+    QImage m_image;
+    double m_imageScale = 0.0;
 };
 
 // Draws the locator grid into map tiles: lines with a light halo and a plate with the locator
@@ -88,8 +109,9 @@ public:
     const GridLabelAttributes &stringAttributes() const { return m_stringAttributes; }
     // Label font size in screen points.
     double fontSize() const { return m_fontSize; }
-    // The base attributes with the font scaled to 1/z: fontSize screen points on screen.
-    GridLabelAttributes labelAttributes(double zoomScale) const;
+    // The base attributes with every length scaled to 1/z (fontSize screen points on screen),
+    // for painting at deviceScale device pixels per map point (0: no prepared image).
+    GridLabelAttributes labelAttributes(double zoomScale, double deviceScale = 0.0) const;
 
     static QColor haloColor();
     static QColor lineColor();

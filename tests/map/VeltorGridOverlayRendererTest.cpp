@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <set>
 #include <thread>
 #include <vector>
@@ -456,6 +457,58 @@ TEST(VeltorGridOverlayRendererLabels, NeighbouringTilesMeetWithoutSeams)
             }
         }
     }
+}
+
+// Labels are painted once into an image at the device scale of the call that lays them out;
+// a call at another scale draws the outlines instead. Both must look the same.
+TEST(VeltorGridOverlayRendererLabels, PreparedImageAndOutlinesGiveTheSamePicture)
+{
+    const double z = std::ldexp(1.0, -5); // extended squares, eight-character labels
+    const VeltorGrid::Cell cell = io91(std::ldexp(1.0, -12));
+    const MapRect tile = tileAt(cell.centre.x, cell.centre.y, z);
+    // Over an opaque map, so that the two ways of blending have something to differ on.
+    const auto drawOverMap = [&](VeltorGridOverlayRenderer &renderer, double devicePixelRatio) {
+        const int side = int(256 * devicePixelRatio);
+        QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
+        image.fill(QColor(181, 208, 160));
+        QPainter painter(&image);
+        painter.setTransform(VeltorGridOverlayRenderer::tileTransform(tile, z, devicePixelRatio));
+        renderer.drawMapRect(tile, z, painter, Eight);
+        return image;
+    };
+    const std::set<QString> labels = labelsOf(tile, z, Eight);
+
+    VeltorGridOverlayRenderer prepared;
+    const QImage fromImages = drawOverMap(prepared, 1.0);
+    for (const QString &text : labels) {
+        const auto label = prepared.cachedLabel(text, z, prepared.labelAttributes(z));
+        EXPECT_FALSE(label->image().isNull()) << qPrintable(text);
+        EXPECT_EQ(label->imageScale(), z);
+    }
+
+    VeltorGridOverlayRenderer outlined;
+    drawOverMap(outlined, 2.0); // lays the labels out for twice the scale
+    const std::uint64_t created = outlined.labelCreationCount();
+    const QImage fromOutlines = drawOverMap(outlined, 1.0);
+    EXPECT_EQ(outlined.labelCreationCount(), created);
+    for (const QString &text : labels)
+        EXPECT_EQ(outlined.cachedLabel(text, z, outlined.labelAttributes(z))->imageScale(), 2 * z);
+
+    ASSERT_EQ(fromImages.size(), fromOutlines.size());
+    double largest = 0.0;
+    int inked = 0;
+    for (int y = 0; y < fromImages.height(); ++y) {
+        for (int x = 0; x < fromImages.width(); ++x) {
+            const Argb a = pixel(fromImages, x, y);
+            const Argb b = pixel(fromOutlines, x, y);
+            largest = std::max({largest, std::fabs(a.a - b.a), std::fabs(a.r - b.r),
+                                std::fabs(a.g - b.g), std::fabs(a.b - b.b)});
+            if (isTextCore(fromImages, x, y))
+                ++inked;
+        }
+    }
+    EXPECT_GT(inked, 100);
+    EXPECT_LE(largest, 3.0);
 }
 
 // ---- threads ---------------------------------------------------------------------------------
