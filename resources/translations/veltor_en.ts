@@ -38,5 +38,20 @@
         <extracomment>Shown when the settings file cannot be written (read-only or full disk)</extracomment>
         <translation>Settings cannot be saved to %1. Changes last until Veltor closes.</translation>
     </message>
+    <message id="tracking.error.disabled.title">
+        <source>Location Unavailable</source>
+        <extracomment>Tracking Disabled Title</extracomment>
+        <translation>Location Unavailable</translation>
+    </message>
+    <message id="tracking.error.disabled.message">
+        <source>Veltor cannot use your position. Check that a GPS source is connected and that location access is allowed.</source>
+        <extracomment>Tracking Disabled Message</extracomment>
+        <translation>Veltor cannot use your position. Check that a GPS source is connected and that location access is allowed.</translation>
+    </message>
+    <message id="general.ok">
+        <source>OK</source>
+        <extracomment>Action to dismiss dialog</extracomment>
+        <translation>OK</translation>
+    </message>
 </context>
 </TS>

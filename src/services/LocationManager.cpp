@@ -1,0 +1,8 @@
+#include "LocationManager.h"
+
+LocationManager::LocationManager(QObject *parent) : QObject(parent)
+{
+    // Queued connections and QML look the fix types up by name.
+    qRegisterMetaType<Location>("Location");
+    qRegisterMetaType<QList<Location>>("QList<Location>");
+}

@@ -1,0 +1,174 @@
+#include "LocationTrackingSystem.h"
+
+#include "ApplicationStateSystem.h"
+#include "GpsSource.h"
+#include "PositioningLocationManager.h"
+
+#include <QFileInfo>
+#include <QGuiApplication>
+
+#include <cstdio>
+
+namespace {
+
+QString &sharedSource()
+{
+    static QString source;
+    return source;
+}
+
+bool &sharedCreated()
+{
+    static bool created = false;
+    return created;
+}
+
+} // namespace
+
+LocationTrackingSystem::LocationTrackingSystem(LocationManager &manager,
+                                               ApplicationStateSystem &state, QObject *parent)
+    : QObject(parent), m_manager(manager), m_state(state)
+{
+    m_manager.setDesiredAccuracy(LocationManager::accuracyNearestTenMeters);
+    connect(&m_manager, &LocationManager::authorizationStatusChanged, this,
+            &LocationTrackingSystem::authorizationStatusChanged);
+    connect(&m_manager, &LocationManager::locationsUpdated, this,
+            &LocationTrackingSystem::locationsUpdated);
+    connect(&m_manager, &LocationManager::failed, this,
+            &LocationTrackingSystem::locationManagerFailed);
+    if (auto *app = qobject_cast<QGuiApplication *>(QCoreApplication::instance())) {
+        connect(app, &QGuiApplication::applicationStateChanged, this,
+                [this](Qt::ApplicationState applicationState) {
+                    if (applicationState == Qt::ApplicationSuspended ||
+                        applicationState == Qt::ApplicationHidden)
+                        applicationDidEnterBackground();
+                });
+    }
+}
+
+LocationTrackingSystem &LocationTrackingSystem::sharedSystem()
+{
+    static LocationTrackingSystem *const instance = [] {
+        sharedCreated() = true;
+        const QString &source = sharedSource();
+        auto *manager = source.isEmpty() ? new PositioningLocationManager
+                                         : new PositioningLocationManager(GpsSource::parse(source));
+        auto *system = new LocationTrackingSystem(*manager, ApplicationStateSystem::sharedSystem());
+        manager->setParent(system);
+        return system;
+    }();
+    return *instance;
+}
+
+bool LocationTrackingSystem::setSharedSource(const QString &gpsSource)
+{
+    if (sharedCreated() || (!gpsSource.isEmpty() && !GpsSource::parse(gpsSource).isValid()))
+        return false;
+    sharedSource() = gpsSource;
+    return true;
+}
+
+std::optional<QString> LocationTrackingSystem::validateSource(const QString &gpsSource)
+{
+    const GpsSource source = GpsSource::parse(gpsSource);
+    if (!source.isValid())
+        return source.errorString();
+    if (source.kind() == GpsSource::Kind::NmeaLog) {
+        const QFileInfo file(source.path());
+        if (!file.exists())
+            return QStringLiteral("There is no NMEA log %1.").arg(source.path());
+        if (!file.isFile() || !file.isReadable())
+            return QStringLiteral("The NMEA log %1 cannot be read.").arg(source.path());
+    }
+    return std::nullopt;
+}
+
+void LocationTrackingSystem::setTracking(bool tracking)
+{
+    m_tracking = tracking;
+    emit trackingChanged();
+}
+
+void LocationTrackingSystem::beginTracking()
+{
+    if (m_tracking)
+        return;
+    setTracking(true);
+    switch (m_manager.authorizationStatus()) {
+    case LocationManager::AuthorizedAlways:
+    case LocationManager::AuthorizedWhenInUse:
+        m_manager.startUpdatingLocation();
+        return;
+    case LocationManager::NotDetermined:
+        // Updates start when the answer comes, if tracking is still wanted then.
+        m_manager.requestWhenInUseAuthorization();
+        return;
+    case LocationManager::Restricted:
+    case LocationManager::Denied:
+    default:
+        break;
+    }
+    // Observers see tracking turn on and straight off again, then the reason.
+    setTracking(false);
+    //: Tracking Disabled Title
+    //% "Location Unavailable"
+    const QString title = qtTrId("tracking.error.disabled.title");
+    //: Tracking Disabled Message
+    //% "Veltor cannot use your position. Check that a GPS source is connected "
+    //% "and that location access is allowed."
+    const QString message = qtTrId("tracking.error.disabled.message");
+    //: Action to dismiss dialog
+    //% "OK"
+    const QString dismiss = qtTrId("general.ok");
+    emit alertRequested(title, message, dismiss);
+}
+
+void LocationTrackingSystem::endTracking()
+{
+    stopTracking();
+}
+
+void LocationTrackingSystem::applicationDidEnterBackground()
+{
+    stopTracking();
+}
+
+void LocationTrackingSystem::stopTracking()
+{
+    if (!m_tracking)
+        return;
+    setTracking(false);
+    m_manager.stopUpdatingLocation();
+    m_state.setCoordinateIsLiveTracked(false);
+}
+
+void LocationTrackingSystem::authorizationStatusChanged(int status)
+{
+    if (LocationManager::isAuthorized(status)) {
+        if (m_tracking)
+            m_manager.startUpdatingLocation();
+    } else if (status == LocationManager::Restricted || status == LocationManager::Denied) {
+        stopTracking();
+    }
+}
+
+void LocationTrackingSystem::locationsUpdated(const QList<Location> &locations)
+{
+    if (locations.isEmpty())
+        return;
+    // The first fix of the batch, not the newest: one point per batch, as delivered.
+    const Location &location = locations.first();
+    m_state.setCoordinate(location.coordinate);
+    m_state.setCoordinateIsLiveTracked(true);
+    m_state.setCoordinateAccuracy(location.horizontalAccuracy);
+}
+
+void LocationTrackingSystem::locationManagerFailed(const QString &description)
+{
+    stopTracking();
+    // Cleared again even when tracking was already off: a late fix may have set it.
+    m_state.setCoordinateIsLiveTracked(false);
+    const QByteArray line = "Error " + description.toUtf8() + '\n';
+    std::fputs(line.constData(), stdout);
+    std::fflush(stdout);
+}

@@ -1,0 +1,55 @@
+#!/usr/bin/env python3
+"""Writes the NMEA logs the location tests replay. Run from this directory after editing."""
+
+
+def sentence(body):
+    checksum = 0
+    for character in body:
+        checksum ^= ord(character)
+    return "$%s*%02X" % (body, checksum)
+
+
+def minutes(degrees, width, positive, negative):
+    hemisphere = positive if degrees >= 0 else negative
+    degrees = abs(degrees)
+    whole = int(degrees)
+    return "%0*d%07.4f,%s" % (width, whole, (degrees - whole) * 60, hemisphere)
+
+
+def fix(second, latitude, longitude, hdop):
+    """One fix: RMC (date and time) first, then GGA with the HDOP when there is one."""
+    time = "1200%02d.00" % second
+    position = minutes(latitude, 2, "N", "S") + "," + minutes(longitude, 3, "E", "W")
+    lines = [sentence("GPRMC,%s,A,%s,1.1,90.0,010624,,,A" % (time, position))]
+    if hdop is not None:
+        lines.append(sentence("GPGGA,%s,%s,1,08,%.1f,45.0,M,47.0,M,," % (time, position, hdop)))
+    return lines
+
+
+def write(name, lines):
+    with open(name, "w", newline="") as log:
+        log.write("".join(line + "\r\n" for line in lines))
+
+
+# Eastwards over the Greenwich meridian, from IO91 into JO01; the last fix has no HDOP.
+walk = [(-0.0006, 0.9), (-0.0003, 1.2), (0.0003, 1.0), (0.0006, None)]
+write("greenwich-walk.nmea",
+      [line for second, (longitude, hdop) in enumerate(walk)
+       for line in fix(second, 51.4779, longitude, hdop)])
+
+# Good fixes, then a receiver that talks nonsense. Qt 6.4 drops the fix read just before the
+# nonsense, so only the first two are sure to arrive.
+write("turns-to-garbage.nmea",
+      fix(0, 51.4779, -0.0006, 0.9) + fix(1, 51.4779, -0.0003, 1.2)
+      + fix(2, 51.4779, 0.0003, 1.0) + [
+          "$GPRMC,120003.00,A,5128.6740,N,00000.0360,E,1.1,90.0,010624,,,A*00",
+          "GARBAGE GARBAGE GARBAGE",
+          "$GPGGA,,,,,,,,,,,,,,*FF",
+          "\x7f\x01\x02 not NMEA at all",
+          "$$$$$$$$$$$$$$$$$$$$$$$$$$$$$$$$",
+          "$GPXXX,120004.00,what,is,this*41",
+      ])
+
+# Two fixes, then the log simply ends.
+write("ends-after-two-fixes.nmea",
+      fix(0, 51.4779, -0.0006, 0.9) + fix(1, 51.4779, -0.0003, 1.2))
