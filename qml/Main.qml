@@ -20,7 +20,17 @@ ApplicationWindow {
     readonly property color captionColor: "#8aa0b2"
     readonly property color accentColor: "#ffb020"
 
+    // Dark surfaces everywhere, dialogs included, to keep night vision.
+    palette.window: "#18212a"
+    palette.windowText: textColor
+    palette.base: "#24313d"
+    palette.text: textColor
+    palette.button: "#24313d"
+    palette.buttonText: textColor
+    palette.highlight: accentColor
+
     header: ToolBar {
+        implicitHeight: 52
         background: Rectangle { color: "#18212a" }
         RowLayout {
             anchors.fill: parent
@@ -136,6 +146,11 @@ ApplicationWindow {
         width: Math.min(parent.width - 48, 360)
         modal: true
         title: ""
+        background: Rectangle {
+            color: "#18212a"
+            radius: 10
+            border.color: root.accentColor
+        }
         Label {
             id: alertMessage
             width: parent.width
@@ -143,8 +158,11 @@ ApplicationWindow {
             color: root.textColor
         }
         footer: DialogButtonBox {
+            background: Item {}
             Button {
                 text: alert.dismissText
+                implicitHeight: 52
+                implicitWidth: 96
                 DialogButtonBox.buttonRole: DialogButtonBox.AcceptRole
             }
         }

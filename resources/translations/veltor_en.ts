@@ -38,6 +38,11 @@
         <extracomment>Shown when the settings file cannot be written (read-only or full disk)</extracomment>
         <translation>Settings cannot be saved to %1. Changes last until Veltor closes.</translation>
     </message>
+    <message id="toolbar.accuracy">
+        <source>± %1</source>
+        <extracomment>Label showing accuracy of tracked location</extracomment>
+        <translation>± %1</translation>
+    </message>
     <message id="tracking.error.disabled.title">
         <source>Location Unavailable</source>
         <extracomment>Tracking Disabled Title</extracomment>

@@ -2,6 +2,8 @@
 
 #include "CoordinatePanelViewController.h"
 #include "Localization.h"
+#include "QuitSignalWatcher.h"
+#include "RootCoordinatePanelController.h"
 
 #include <QObject>
 #include <QQmlApplicationEngine>
@@ -11,9 +13,10 @@
 
 class QQuickWindow;
 
-// The composition root of the app: reads the command line, builds the controllers and loads
-// the QML window around them. Declared members are destroyed in reverse, so the engine (and
-// every binding into the controllers) goes before the controllers themselves.
+// The composition root of the app: reads the command line, chooses the settings file and the
+// GPS source before the shared systems first start, builds the screen controllers and loads
+// the QML window around them. Members are destroyed in reverse, so the engine (and every
+// binding into the controllers) goes before the controllers themselves.
 class AppWindow : public QObject
 {
     Q_OBJECT
@@ -22,13 +25,15 @@ public:
     AppWindow();
     ~AppWindow() override;
 
-    // Returns an exit status when the app must end at once (bad usage), otherwise -1.
+    // Returns an exit status when the app must end at once (help, bad usage), otherwise -1.
     int start(const QStringList &arguments);
 
 private:
     void takeScreenshot(QQuickWindow *window, const QString &file);
 
     Localization m_localization;
+    QuitSignalWatcher m_quitSignals;
     std::unique_ptr<CoordinatePanelViewController> m_coordinatePanel;
+    std::unique_ptr<RootCoordinatePanelController> m_toolbar;
     std::unique_ptr<QQmlApplicationEngine> m_engine;
 };

@@ -1,5 +1,6 @@
 #include <QImage>
 #include <QProcess>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -47,6 +48,51 @@ private slots:
         QVERIFY(app->waitForFinished(30000));
         QCOMPARE(app->exitCode(), 1);
         QVERIFY(app->readAllStandardError().contains("cannot write the screenshot"));
+    }
+
+    void unusableGpsSourceIsAUsageError()
+    {
+        std::unique_ptr<QProcess> app(start({QStringLiteral("--gps"), QStringLiteral("/no/such/log.nmea")}));
+        QVERIFY(app->waitForFinished(30000));
+        QCOMPARE(app->exitCode(), 2);
+        QVERIFY(app->readAllStandardError().contains("--gps /no/such/log.nmea"));
+    }
+
+    void corruptSettingsStillStart()
+    {
+        QTemporaryDir dir;
+        const QString settings = dir.filePath(QStringLiteral("veltor.ini"));
+        QFile file(settings);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(QByteArray("\x00\xff[General\nVeltorSavedLatitude=nan\n==\x01", 40));
+        file.close();
+        std::unique_ptr<QProcess> app(start({QStringLiteral("--settings"), settings,
+                                             QStringLiteral("--screenshot"),
+                                             dir.filePath(QStringLiteral("shot.png"))}));
+        QVERIFY(app->waitForFinished(30000));
+        QCOMPARE(app->exitCode(), 0);
+    }
+
+    // A replayed log moves the point, every fix is written through at once, and SIGTERM
+    // closes the app as its window would.
+    void trackedPointPersistsAndSigtermQuits()
+    {
+        QTemporaryDir dir;
+        const QString settings = dir.filePath(QStringLiteral("veltor.ini"));
+        std::unique_ptr<QProcess> app(
+            start({QStringLiteral("--settings"), settings, QStringLiteral("--gps"),
+                   QStringLiteral(VELTOR_TEST_DATA_DIR "/nmea/greenwich-walk.nmea"),
+                   QStringLiteral("--track")}));
+        QVERIFY(app->waitForStarted());
+        QTRY_VERIFY_WITH_TIMEOUT(QSettings(settings, QSettings::IniFormat)
+                                         .value(QStringLiteral("VeltorSavedLatitude"))
+                                         .toString()
+                                         .startsWith(QStringLiteral("51.47")),
+                                 15000);
+        app->terminate();
+        QVERIFY(app->waitForFinished(10000));
+        QCOMPARE(app->exitStatus(), QProcess::NormalExit);
+        QCOMPARE(app->exitCode(), 0);
     }
 
     void unknownOptionIsAUsageError()
