@@ -1,6 +1,7 @@
 #include "DistanceFormatter.h"
 
 #include "LocalizedFormat.h"
+#include "NumberVariant.h"
 
 #include <QtGlobal>
 
@@ -76,17 +77,8 @@ QString DistanceFormatter::imperialStringForDistance(double meters) const
 
 std::optional<QString> DistanceFormatter::stringForObjectValue(const QVariant &object) const
 {
-    switch (object.metaType().id()) {
-    case QMetaType::Double:
-    case QMetaType::Float:
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-        break;
-    default:
+    if (!holdsNumber(object))
         return std::nullopt;
-    }
     const double meters = object.toDouble();
     return m_format == DistanceFormat::Metric ? metricStringForDistance(meters)
                                               : imperialStringForDistance(meters);

@@ -28,33 +28,35 @@ CoordinatePanelViewController::CoordinatePanelViewController(ApplicationStateSys
     refreshVeltor();
 }
 
+void CoordinatePanelViewController::refreshAxis(double degrees, const Axis &axis, QString &text,
+                                                QString &accessibilityLabel)
+{
+    // The formatter prints the magnitude; the sign picks the letter and the spoken word.
+    const bool negative = degrees < 0;
+    m_coordinateFormatter.setFormat(m_preferences.coordinateFormat());
+    text = m_coordinateFormatter.stringFromDegrees(degrees, negative ? axis.negativeLetter
+                                                                     : axis.positiveLetter);
+    accessibilityLabel = axis.name + QLatin1Char(' ') +
+                         accessibilityStringFromDegrees(m_coordinateFormatter.format(), degrees,
+                                                        negative ? axis.negativeWord
+                                                                 : axis.positiveWord) +
+                         QStringLiteral(", button");
+}
+
 void CoordinatePanelViewController::refreshLatitude()
 {
-    const double latitude = m_state.coordinate().latitude;
-    const bool south = latitude < 0;
-    m_coordinateFormatter.setFormat(m_preferences.coordinateFormat());
-    m_latitudeText =
-        m_coordinateFormatter.stringFromDegrees(latitude, south ? QStringLiteral("S") : QStringLiteral("N"));
-    m_latitudeAccessibilityLabel =
-        QStringLiteral("latitude ") +
-        accessibilityStringFromDegrees(m_coordinateFormatter.format(), latitude,
-                                       south ? QStringLiteral("south") : QStringLiteral("north")) +
-        QStringLiteral(", button");
+    static const Axis latitude{QStringLiteral("latitude"), QStringLiteral("N"), QStringLiteral("S"),
+                               QStringLiteral("north"), QStringLiteral("south")};
+    refreshAxis(m_state.coordinate().latitude, latitude, m_latitudeText, m_latitudeAccessibilityLabel);
     emit latitudeChanged();
 }
 
 void CoordinatePanelViewController::refreshLongitude()
 {
-    const double longitude = m_state.coordinate().longitude;
-    const bool west = longitude < 0;
-    m_coordinateFormatter.setFormat(m_preferences.coordinateFormat());
-    m_longitudeText =
-        m_coordinateFormatter.stringFromDegrees(longitude, west ? QStringLiteral("W") : QStringLiteral("E"));
-    m_longitudeAccessibilityLabel =
-        QStringLiteral("longitude ") +
-        accessibilityStringFromDegrees(m_coordinateFormatter.format(), longitude,
-                                       west ? QStringLiteral("west") : QStringLiteral("east")) +
-        QStringLiteral(", button");
+    static const Axis longitude{QStringLiteral("longitude"), QStringLiteral("E"), QStringLiteral("W"),
+                                QStringLiteral("east"), QStringLiteral("west")};
+    refreshAxis(m_state.coordinate().longitude, longitude, m_longitudeText,
+                m_longitudeAccessibilityLabel);
     emit longitudeChanged();
 }
 

@@ -46,6 +46,12 @@ signals:
     void veltorChanged();
 
 private:
+    struct Axis
+    {
+        QString name, positiveLetter, negativeLetter, positiveWord, negativeWord;
+    };
+
+    void refreshAxis(double degrees, const Axis &axis, QString &text, QString &accessibilityLabel);
     void refreshLatitude();
     void refreshLongitude();
     void refreshVeltor();

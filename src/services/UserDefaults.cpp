@@ -1,6 +1,7 @@
 #include "UserDefaults.h"
 
 #include "DoubleValue.h"
+#include "NumberVariant.h"
 
 #include <QCoreApplication>
 
@@ -20,21 +21,6 @@ bool &standardCreated()
     return created;
 }
 
-bool isNumberType(const QVariant &value)
-{
-    switch (value.metaType().id()) {
-    case QMetaType::Double:
-    case QMetaType::Float:
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-        return true;
-    default:
-        return false;
-    }
-}
-
 // A number written as text fills the whole text ("47.62", " -1e3"), and is finite.
 std::optional<double> numberFromText(const QString &text)
 {
@@ -48,7 +34,7 @@ std::optional<double> numberFromText(const QString &text)
 
 std::optional<double> numberFromValue(const QVariant &value)
 {
-    if (isNumberType(value)) {
+    if (holdsNumber(value)) {
         const double number = value.toDouble();
         return std::isfinite(number) ? std::optional<double>(number) : std::nullopt;
     }
@@ -112,7 +98,7 @@ std::optional<QString> UserDefaults::stringForKey(const QString &key) const
     const QVariant v = value(key);
     if (v.metaType().id() == QMetaType::QString)
         return v.toString();
-    if (isNumberType(v))
+    if (holdsNumber(v))
         return v.toString();
     return std::nullopt;
 }
@@ -122,7 +108,7 @@ bool UserDefaults::boolForKey(const QString &key) const
     const QVariant v = value(key);
     if (v.metaType().id() == QMetaType::Bool)
         return v.toBool();
-    if (isNumberType(v))
+    if (holdsNumber(v))
         return v.toDouble() != 0.0;
     if (v.metaType().id() == QMetaType::QString) {
         const QString text = v.toString().trimmed();
