@@ -64,7 +64,8 @@ private slots:
         const QString settings = dir.filePath(QStringLiteral("veltor.ini"));
         QFile file(settings);
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(QByteArray("\x00\xff[General\nVeltorSavedLatitude=nan\n==\x01", 40));
+        static const char corrupt[] = "\x00\xff[General\nVeltorSavedLatitude=nan\n==\x01";
+        file.write(corrupt, sizeof corrupt - 1);
         file.close();
         std::unique_ptr<QProcess> app(start({QStringLiteral("--settings"), settings,
                                              QStringLiteral("--screenshot"),
