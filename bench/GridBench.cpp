@@ -11,6 +11,8 @@
 #include "VeltorGridGeometry.h"
 #include "VeltorGridOverlayRenderer.h"
 
+#include "RunTimeReporter.h"
+
 #include <benchmark/benchmark.h>
 
 #include <QGuiApplication>
@@ -103,28 +105,20 @@ void registerBenchmarks()
     }
 }
 
-class SummaryReporter : public benchmark::ConsoleReporter
+class SummaryReporter : public RunTimeReporter
 {
 public:
-    using ConsoleReporter::ConsoleReporter;
-
-    void ReportRuns(const std::vector<Run> &runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run &run : runs) {
-            if (run.error_occurred || run.run_type != Run::RT_Iteration)
-                continue;
-            m_milliseconds[run.benchmark_name()] =
-                run.GetAdjustedCPUTime() * 1e3 / benchmark::GetTimeUnitMultiplier(run.time_unit);
-        }
-    }
+    using RunTimeReporter::RunTimeReporter;
 
     void printSummary() const
     {
-        if (m_milliseconds.empty())
+        std::map<std::string, double> milliseconds;
+        for (const auto &[name, value] : seconds())
+            milliseconds[name] = value * 1e3;
+        if (milliseconds.empty())
             return;
         std::printf("\nGrid tile, CPU time per 512 x 512 pixel tile:\n");
-        for (const auto &[name, ms] : m_milliseconds) {
+        for (const auto &[name, ms] : milliseconds) {
             const bool warm = name.size() >= 4 && name.compare(name.size() - 4, 4, "warm") == 0;
             const double goal = warm ? 2.0 : 8.0;
             std::printf("  %-28s %7.3f ms   (goal <= %.0f ms: %s)\n", name.c_str(), ms, goal,
@@ -133,8 +127,6 @@ public:
         std::fflush(stdout);
     }
 
-private:
-    std::map<std::string, double> m_milliseconds;
 };
 
 } // namespace

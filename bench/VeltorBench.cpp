@@ -12,6 +12,8 @@
 #include "VeltorFormat.h"
 #include "VeltorFormatter.h"
 
+#include "RunTimeReporter.h"
+
 #include <benchmark/benchmark.h>
 #include <hamlib/rig.h>
 #include <hamlib/rotator.h>
@@ -293,34 +295,24 @@ void registerBenchmarks()
     benchmark::RegisterBenchmark("notation/parse/dms-coordinate", notationParseCoordinate);
 }
 
-// The console table as usual, plus the per-operation CPU time of every run for the summary.
-class SummaryReporter : public benchmark::ConsoleReporter
+class SummaryReporter : public RunTimeReporter
 {
 public:
-    using ConsoleReporter::ConsoleReporter;
-
-    void ReportRuns(const std::vector<Run> &runs) override
-    {
-        ConsoleReporter::ReportRuns(runs);
-        for (const Run &run : runs) {
-            if (run.error_occurred || run.run_type != Run::RT_Iteration)
-                continue;
-            const double nanoseconds =
-                run.GetAdjustedCPUTime() * 1e9 / benchmark::GetTimeUnitMultiplier(run.time_unit);
-            m_nanoseconds[run.benchmark_name()] = nanoseconds;
-        }
-    }
+    using RunTimeReporter::RunTimeReporter;
 
     void printSummary() const
     {
-        if (m_nanoseconds.empty())
+        std::map<std::string, double> nanoseconds;
+        for (const auto &[name, value] : seconds())
+            nanoseconds[name] = value * 1e9;
+        if (nanoseconds.empty())
             return;
         std::printf("\nVeltor against hamlib (CPU time per operation):\n");
         const auto line = [&](const std::string &veltor, const std::string &hamlib,
                               const char *goal) {
-            const auto v = m_nanoseconds.find(veltor);
-            const auto h = m_nanoseconds.find(hamlib);
-            if (v == m_nanoseconds.end() || h == m_nanoseconds.end())
+            const auto v = nanoseconds.find(veltor);
+            const auto h = nanoseconds.find(hamlib);
+            if (v == nanoseconds.end() || h == nanoseconds.end())
                 return;
             const double ratio = h->second / v->second;
             std::printf("  %-24s %8.1f ns   %-16s %8.1f ns   %6.1fx faster%s\n", veltor.c_str(),
@@ -336,14 +328,12 @@ public:
         line("veltor/encode/8/QString", "hamlib/encode/8", nullptr);
         line("veltor/decode/8", "hamlib/decode/8", "10x");
         line("veltor/decode/8/QString", "hamlib/decode/8", nullptr);
-        if (const auto e = m_nanoseconds.find("veltor/encode/8"); e != m_nanoseconds.end())
+        if (const auto e = nanoseconds.find("veltor/encode/8"); e != nanoseconds.end())
             std::printf("  veltor/encode/8 %.1f ns (goal <= 30 ns: %s)\n", e->second,
                         e->second <= 30.0 ? "met" : "MISSED");
         std::fflush(stdout);
     }
 
-private:
-    std::map<std::string, double> m_nanoseconds;
 };
 
 // How many of the inputs hamlib turns into the same 8 characters as Veltor, and how far its
