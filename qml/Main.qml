@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Controls.Basic
 import QtQuick.Layouts
+import Veltor
 
 ApplicationWindow {
     id: root
@@ -55,8 +56,7 @@ ApplicationWindow {
 
     ColumnLayout {
         anchors.fill: parent
-        anchors.margins: 24
-        spacing: 14
+        spacing: 0
 
         Rectangle {
             id: banner
@@ -64,7 +64,6 @@ ApplicationWindow {
             visible: message.length > 0
             Layout.fillWidth: true
             implicitHeight: bannerText.implicitHeight + 20
-            radius: 6
             color: "#5a2a1a"
             Label {
                 id: bannerText
@@ -80,61 +79,133 @@ ApplicationWindow {
             }
         }
 
-        Item { Layout.fillHeight: true }
-
-        Repeater {
-            model: [
-                { caption: "LATITUDE", text: root.coordinatePanel.latitudeText,
-                  spoken: root.coordinatePanel.latitudeAccessibilityLabel },
-                { caption: "LONGITUDE", text: root.coordinatePanel.longitudeText,
-                  spoken: root.coordinatePanel.longitudeAccessibilityLabel },
-                { caption: "LOCATOR", text: root.coordinatePanel.veltorText,
-                  spoken: root.coordinatePanel.veltorAccessibilityLabel }
-            ]
-            delegate: ColumnLayout {
-                required property var modelData
-                Layout.fillWidth: true
-                spacing: 2
-                Label {
-                    text: modelData.caption
-                    color: root.captionColor
-                    font.pixelSize: 13
-                    font.letterSpacing: 1.5
-                }
-                Label {
-                    text: modelData.text
-                    color: root.textColor
-                    font.pixelSize: 34
-                    font.weight: Font.Medium
-                    Accessible.name: modelData.spoken
+        // The read-out: latitude and longitude side by side, the locator large beneath.
+        Rectangle {
+            Layout.fillWidth: true
+            implicitHeight: readout.implicitHeight + 24
+            color: root.color
+            GridLayout {
+                id: readout
+                anchors.fill: parent
+                anchors.margins: 12
+                anchors.leftMargin: 16
+                anchors.rightMargin: 16
+                columns: 2
+                columnSpacing: 16
+                rowSpacing: 2
+                Repeater {
+                    model: [
+                        { caption: "LATITUDE", text: root.coordinatePanel.latitudeText,
+                          spoken: root.coordinatePanel.latitudeAccessibilityLabel, wide: false },
+                        { caption: "LONGITUDE", text: root.coordinatePanel.longitudeText,
+                          spoken: root.coordinatePanel.longitudeAccessibilityLabel, wide: false },
+                        { caption: "LOCATOR", text: root.coordinatePanel.veltorText,
+                          spoken: root.coordinatePanel.veltorAccessibilityLabel, wide: true }
+                    ]
+                    delegate: ColumnLayout {
+                        required property var modelData
+                        Layout.fillWidth: true
+                        Layout.columnSpan: modelData.wide ? 2 : 1
+                        Layout.topMargin: modelData.wide ? 8 : 0
+                        spacing: 0
+                        Label {
+                            text: modelData.caption
+                            color: root.captionColor
+                            font.pixelSize: 12
+                            font.letterSpacing: 1.5
+                        }
+                        Label {
+                            Layout.fillWidth: true
+                            text: modelData.text
+                            color: modelData.wide ? root.accentColor : root.textColor
+                            font.pixelSize: modelData.wide ? 34 : 21
+                            font.weight: Font.Medium
+                            fontSizeMode: Text.HorizontalFit
+                            minimumPixelSize: 12
+                            Accessible.name: modelData.spoken
+                        }
+                    }
                 }
             }
         }
 
-        Item { Layout.fillHeight: true }
-
-        // Large enough to hit with gloves.
-        Button {
-            id: trackButton
+        MapView {
+            id: map
+            objectName: "map"
             Layout.fillWidth: true
-            implicitHeight: 64
-            text: root.trackingSystem.tracking ? "Stop tracking" : "Track my position"
-            Accessible.name: text
-            onClicked: root.trackingSystem.tracking ? root.trackingSystem.endTracking()
-                                                    : root.trackingSystem.beginTracking()
-            contentItem: Label {
-                text: trackButton.text
-                color: root.trackingSystem.tracking ? "#10161c" : root.textColor
-                font.pixelSize: 20
-                font.weight: Font.DemiBold
-                horizontalAlignment: Text.AlignHCenter
-                verticalAlignment: Text.AlignVCenter
+            Layout.fillHeight: true
+
+            // Gloved fingers: big round buttons for zoom.
+            Column {
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                anchors.rightMargin: 12
+                spacing: 12
+                Repeater {
+                    model: [ { label: "+", name: "Zoom in" }, { label: "\u2212", name: "Zoom out" } ]
+                    delegate: RoundButton {
+                        required property var modelData
+                        required property int index
+                        width: 56
+                        height: 56
+                        text: modelData.label
+                        font.pixelSize: 28
+                        Accessible.name: modelData.name
+                        onClicked: index === 0 ? map.zoomIn() : map.zoomOut()
+                        background: Rectangle {
+                            radius: width / 2
+                            color: "#e6ffffff"
+                            border.color: "#5c6b78"
+                        }
+                        contentItem: Label {
+                            text: parent.text
+                            color: "#18212a"
+                            font: parent.font
+                            horizontalAlignment: Text.AlignHCenter
+                            verticalAlignment: Text.AlignVCenter
+                        }
+                    }
+                }
             }
-            background: Rectangle {
-                radius: 10
-                color: root.trackingSystem.tracking ? root.accentColor : "#24313d"
-                border.color: root.accentColor
-                border.width: 2
+
+            Label {
+                anchors.left: parent.left
+                anchors.bottom: trackButton.top
+                anchors.margins: 6
+                visible: text.length > 0
+                text: map.attribution
+                color: "#303a44"
+                font.pixelSize: 11
+                background: Rectangle { color: "#b3ffffff"; radius: 3 }
+                padding: 3
+            }
+
+            // Large enough to hit with gloves.
+            Button {
+                id: trackButton
+                anchors.left: parent.left
+                anchors.right: parent.right
+                anchors.bottom: parent.bottom
+                anchors.margins: 14
+                implicitHeight: 64
+                text: root.trackingSystem.tracking ? "Stop tracking" : "Track my position"
+                Accessible.name: text
+                onClicked: root.trackingSystem.tracking ? root.trackingSystem.endTracking()
+                                                        : root.trackingSystem.beginTracking()
+                contentItem: Label {
+                    text: trackButton.text
+                    color: root.trackingSystem.tracking ? "#10161c" : root.textColor
+                    font.pixelSize: 20
+                    font.weight: Font.DemiBold
+                    horizontalAlignment: Text.AlignHCenter
+                    verticalAlignment: Text.AlignVCenter
+                }
+                background: Rectangle {
+                    radius: 10
+                    color: root.trackingSystem.tracking ? root.accentColor : "#e618212a"
+                    border.color: root.accentColor
+                    border.width: 2
+                }
             }
         }
     }

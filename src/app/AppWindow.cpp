@@ -12,6 +12,15 @@
 #include <QTimer>
 
 #include <cstdio>
+#include <optional>
+
+namespace {
+
+// The pin's drop and a last frame with every tile take less than this after the map is idle.
+constexpr int settledFrameDelayMs = 600;
+constexpr int screenshotDeadlineMs = 15000;
+
+} // namespace
 
 AppWindow::AppWindow()
 {
@@ -44,7 +53,15 @@ int AppWindow::start(const QStringList &arguments)
         QStringLiteral("SOURCE"));
     const QCommandLineOption trackOption(QStringLiteral("track"),
                                          QStringLiteral("Begin tracking at launch."));
-    parser.addOptions({screenshotOption, settingsOption, gpsOption, trackOption});
+    const QCommandLineOption zoomOption(
+        QStringLiteral("zoom"),
+        QStringLiteral("Start the map at zoom LEVEL, 0 (the whole world) to 22; fractions allowed."),
+        QStringLiteral("LEVEL"));
+    const QCommandLineOption sizeOption(QStringLiteral("size"),
+                                        QStringLiteral("Open the window at WxH points, e.g. 390x844."),
+                                        QStringLiteral("WxH"));
+    parser.addOptions({screenshotOption, settingsOption, gpsOption, trackOption, zoomOption,
+                       sizeOption});
     if (!parser.parse(arguments)) {
         std::fprintf(stderr, "veltor: %s\n\n%s", qPrintable(parser.errorText()),
                      qPrintable(parser.helpText()));
@@ -57,6 +74,31 @@ int AppWindow::start(const QStringList &arguments)
     if (parser.isSet(QStringLiteral("version"))) {
         std::printf("veltor %s\n", VELTOR_VERSION);
         return 0;
+    }
+    std::optional<double> zoomLevel;
+    if (parser.isSet(zoomOption)) {
+        bool ok = false;
+        const double level = parser.value(zoomOption).toDouble(&ok);
+        if (!ok || !(level >= 0.0 && level <= 22.0)) {
+            std::fprintf(stderr, "veltor: --zoom %s: give a level from 0 to 22\n",
+                         qPrintable(parser.value(zoomOption)));
+            return 2;
+        }
+        zoomLevel = level;
+    }
+    std::optional<QSize> size;
+    if (parser.isSet(sizeOption)) {
+        const QStringList parts = parser.value(sizeOption).split(QLatin1Char('x'));
+        bool okWidth = false;
+        bool okHeight = false;
+        const int w = parts.size() == 2 ? parts[0].toInt(&okWidth) : 0;
+        const int h = parts.size() == 2 ? parts[1].toInt(&okHeight) : 0;
+        if (!okWidth || !okHeight || w < 200 || h < 200 || w > 8192 || h > 8192) {
+            std::fprintf(stderr, "veltor: --size %s: give WxH, each from 200 to 8192\n",
+                         qPrintable(parser.value(sizeOption)));
+            return 2;
+        }
+        size = QSize(w, h);
     }
     if (parser.isSet(settingsOption))
         UserDefaults::setStandardFileName(parser.value(settingsOption));
@@ -76,12 +118,17 @@ int AppWindow::start(const QStringList &arguments)
     m_coordinatePanel = std::make_unique<CoordinatePanelViewController>(state, preferences);
     m_toolbar = std::make_unique<RootCoordinatePanelController>(state, preferences);
     m_engine = std::make_unique<QQmlApplicationEngine>();
-    m_engine->setInitialProperties({
+    QVariantMap initialProperties{
         {QStringLiteral("coordinatePanel"), QVariant::fromValue(m_coordinatePanel.get())},
         {QStringLiteral("toolbar"), QVariant::fromValue(m_toolbar.get())},
         {QStringLiteral("trackingSystem"), QVariant::fromValue(&tracking)},
         {QStringLiteral("settingsStore"), QVariant::fromValue(&UserDefaults::standardUserDefaults())},
-    });
+    };
+    if (size) {
+        initialProperties.insert(QStringLiteral("width"), size->width());
+        initialProperties.insert(QStringLiteral("height"), size->height());
+    }
+    m_engine->setInitialProperties(initialProperties);
     m_engine->load(QUrl(QStringLiteral("qrc:/Veltor/Main.qml")));
     const auto roots = m_engine->rootObjects();
     auto *window = roots.isEmpty() ? nullptr : qobject_cast<QQuickWindow *>(roots.first());
@@ -89,28 +136,54 @@ int AppWindow::start(const QStringList &arguments)
         std::fputs("veltor: the main window could not be loaded\n", stderr);
         return 1;
     }
+    auto *map = window->findChild<MapView *>(QStringLiteral("map"));
+    if (map) {
+        // A town and its neighbours, with six-character cells, until the user zooms.
+        map->setZoomLevel(zoomLevel.value_or(11.0));
+        m_mapBinding = std::make_unique<MapBinding>(*map, state, preferences);
+    }
     if (parser.isSet(trackOption))
         tracking.beginTracking();
     if (parser.isSet(screenshotOption))
-        takeScreenshot(window, parser.value(screenshotOption));
+        takeScreenshot(window, map, parser.value(screenshotOption));
     return -1;
 }
 
-void AppWindow::takeScreenshot(QQuickWindow *window, const QString &file)
+void AppWindow::takeScreenshot(QQuickWindow *window, MapView *map, const QString &file)
 {
-    // Grab once the first frame is out and pending work (text layout, images) has settled.
+    const auto grab = [window, file] {
+        const QImage image = window->grabWindow();
+        if (image.isNull() || !image.save(file, "PNG")) {
+            std::fprintf(stderr, "veltor: cannot write the screenshot to %s\n", qPrintable(file));
+            QCoreApplication::exit(1);
+            return;
+        }
+        QCoreApplication::exit(0);
+    };
+    // Grab once the map has every tile and the pin has landed, or after a while regardless:
+    // a picture with a tile missing beats none.
+    auto *deadline = new QTimer(this);
+    deadline->setSingleShot(true);
+    connect(deadline, &QTimer::timeout, this, grab);
+    deadline->start(screenshotDeadlineMs);
+    const auto settled = [this, deadline, grab] {
+        QTimer::singleShot(settledFrameDelayMs, this, [deadline, grab] {
+            if (!deadline->isActive())
+                return;
+            deadline->stop();
+            grab();
+        });
+    };
     connect(
         window, &QQuickWindow::frameSwapped, this,
-        [window, file] {
-            QTimer::singleShot(300, window, [window, file] {
-                const QImage image = window->grabWindow();
-                if (image.isNull() || !image.save(file, "PNG")) {
-                    std::fprintf(stderr, "veltor: cannot write the screenshot to %s\n",
-                                 qPrintable(file));
-                    QCoreApplication::exit(1);
-                    return;
-                }
-                QCoreApplication::exit(0);
+        [map, settled, this] {
+            if (!map || map->isIdle()) {
+                settled();
+                return;
+            }
+            connect(map, &MapView::idleChanged, this, [map, settled] {
+                if (map->isIdle())
+                    settled();
             });
         },
         Qt::SingleShotConnection);

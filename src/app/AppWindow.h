@@ -2,6 +2,7 @@
 
 #include "CoordinatePanelViewController.h"
 #include "Localization.h"
+#include "MapBinding.h"
 #include "QuitSignalWatcher.h"
 #include "RootCoordinatePanelController.h"
 
@@ -29,11 +30,13 @@ public:
     int start(const QStringList &arguments);
 
 private:
-    void takeScreenshot(QQuickWindow *window, const QString &file);
+    void takeScreenshot(QQuickWindow *window, MapView *map, const QString &file);
 
     Localization m_localization;
     QuitSignalWatcher m_quitSignals;
     std::unique_ptr<CoordinatePanelViewController> m_coordinatePanel;
     std::unique_ptr<RootCoordinatePanelController> m_toolbar;
     std::unique_ptr<QQmlApplicationEngine> m_engine;
+    // Declared after the engine so that it lets go of the map before the map goes.
+    std::unique_ptr<MapBinding> m_mapBinding;
 };

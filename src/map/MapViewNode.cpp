@@ -1,0 +1,189 @@
+#include "MapViewNode.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QQuickWindow>
+#include <QSGImageNode>
+#include <QSGRectangleNode>
+#include <QSGTexture>
+
+#include <cmath>
+
+namespace {
+
+// Pin: a red head on a short needle, 30 × 46 points, its tip at the bottom centre.
+constexpr double pinWidth = 30.0;
+constexpr double pinHeight = 46.0;
+constexpr double dotRadius = 9.0;
+// Circles larger than this many pixels are drawn from this size, scaled up.
+constexpr int maxCircleRadiusPixels = 1024;
+
+} // namespace
+
+MapViewNode::MapViewNode(QQuickWindow *window) : m_window(window)
+{
+    m_background = window->createRectangleNode();
+    m_background->setColor(backgroundColor());
+    appendChildNode(m_background);
+}
+
+MapViewNode::~MapViewNode()
+{
+    // Child nodes go with QSGNode's destructor; they do not own their textures.
+    for (auto &[key, texture] : m_textures)
+        delete texture.texture;
+}
+
+QColor MapViewNode::backgroundColor()
+{
+    return QColor(0xdd, 0xe3, 0xe8);
+}
+
+QImage MapViewNode::pinImage(double devicePixelRatio)
+{
+    QImage image(QSize(int(std::ceil(pinWidth * devicePixelRatio)),
+                       int(std::ceil(pinHeight * devicePixelRatio))),
+                 QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(devicePixelRatio, devicePixelRatio);
+    const double headRadius = pinWidth * 0.5 - 2.0;
+    const QPointF head(pinWidth * 0.5, headRadius + 2.0);
+    // Needle, then a head with a dark rim that stands out on land, sea and grid alike.
+    painter.setPen(QPen(QColor(0x30, 0x30, 0x30), 3.0, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(QPointF(head.x(), head.y() + headRadius * 0.6),
+                     QPointF(head.x(), pinHeight - 1.5));
+    painter.setPen(QPen(QColor(0x7a, 0x0c, 0x0c), 2.0));
+    painter.setBrush(QColor(0xe0, 0x23, 0x23));
+    painter.drawEllipse(head, headRadius, headRadius);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(255, 255, 255, 170));
+    painter.drawEllipse(head + QPointF(-headRadius * 0.35, -headRadius * 0.35), headRadius * 0.3,
+                        headRadius * 0.3);
+    return image;
+}
+
+QImage MapViewNode::userDotImage(double devicePixelRatio)
+{
+    const int size = int(std::ceil((dotRadius * 2.0 + 4.0) * devicePixelRatio));
+    QImage image(QSize(size, size), QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(devicePixelRatio, devicePixelRatio);
+    const QPointF center(dotRadius + 2.0, dotRadius + 2.0);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(0, 0, 0, 60));
+    painter.drawEllipse(center, dotRadius + 1.5, dotRadius + 1.5);
+    painter.setBrush(Qt::white);
+    painter.drawEllipse(center, dotRadius, dotRadius);
+    painter.setBrush(QColor(0x1a, 0x73, 0xe8));
+    painter.drawEllipse(center, dotRadius - 3.0, dotRadius - 3.0);
+    return image;
+}
+
+const QImage &MapViewNode::circleImage(int radiusPixels, double devicePixelRatio)
+{
+    if (radiusPixels == m_circleRadius && !m_circle.isNull())
+        return m_circle;
+    m_circleRadius = radiusPixels;
+    const int size = 2 * radiusPixels + 4;
+    m_circle = QImage(QSize(size, size), QImage::Format_ARGB32_Premultiplied);
+    m_circle.fill(Qt::transparent);
+    QPainter painter(&m_circle);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(QColor(0x1a, 0x73, 0xe8, 150), std::max(1.0, devicePixelRatio)));
+    painter.setBrush(QColor(0x1a, 0x73, 0xe8, 40));
+    painter.drawEllipse(QPointF(size * 0.5, size * 0.5), radiusPixels, radiusPixels);
+    return m_circle;
+}
+
+void MapViewNode::beginFrame(const QRectF &bounds)
+{
+    m_background->setRect(bounds);
+    m_used = 0;
+    for (auto &[key, texture] : m_textures)
+        texture.used = false;
+}
+
+QSGTexture *MapViewNode::textureFor(const QImage &image)
+{
+    Texture &entry = m_textures[image.cacheKey()];
+    if (!entry.texture) {
+        entry.texture = m_window->createTextureFromImage(image);
+        if (!entry.texture)
+            return nullptr;
+        entry.texture->setFiltering(QSGTexture::Linear);
+    }
+    entry.used = true;
+    return entry.texture;
+}
+
+void MapViewNode::addImage(const QImage &image, const QRectF &target, const QRectF &source)
+{
+    if (image.isNull() || target.isEmpty())
+        return;
+    QSGTexture *texture = textureFor(image);
+    if (!texture)
+        return; // no texture this frame (a lost device): the background shows instead
+    const bool reused = m_used < m_images.size();
+    QSGImageNode *node = reused ? m_images[m_used] : m_window->createImageNode();
+    ++m_used;
+    node->setOwnsTexture(false);
+    node->setTexture(texture);
+    node->setFiltering(QSGTexture::Linear);
+    node->setRect(target);
+    node->setSourceRect(source);
+    // Only a complete node may join the tree: the software renderer reads it at once.
+    if (!reused) {
+        appendChildNode(node);
+        m_images.push_back(node);
+    }
+}
+
+void MapViewNode::addPin(QPointF at, double devicePixelRatio)
+{
+    if (m_pin.isNull() || m_pin.width() != int(std::ceil(pinWidth * devicePixelRatio)))
+        m_pin = pinImage(devicePixelRatio);
+    addImage(m_pin, QRectF(at.x() - pinWidth * 0.5, at.y() - pinHeight, pinWidth, pinHeight),
+             QRectF(QPointF(0, 0), m_pin.size()));
+}
+
+void MapViewNode::addUserDot(QPointF at, double devicePixelRatio)
+{
+    const double half = dotRadius + 2.0;
+    if (m_dot.isNull() || m_dot.width() != int(std::ceil(2.0 * half * devicePixelRatio)))
+        m_dot = userDotImage(devicePixelRatio);
+    addImage(m_dot, QRectF(at.x() - half, at.y() - half, 2.0 * half, 2.0 * half),
+             QRectF(QPointF(0, 0), m_dot.size()));
+}
+
+void MapViewNode::addAccuracyCircle(QPointF center, double radius, double devicePixelRatio)
+{
+    const int pixels = std::min(int(std::lround(radius * devicePixelRatio)), maxCircleRadiusPixels);
+    const QImage &image = circleImage(pixels, devicePixelRatio);
+    // The image has a 2-pixel margin around the circle; scale it with the circle.
+    const double scale = radius / pixels;
+    const double half = (pixels + 2) * scale;
+    addImage(image, QRectF(center.x() - half, center.y() - half, 2.0 * half, 2.0 * half),
+             QRectF(QPointF(0, 0), image.size()));
+}
+
+void MapViewNode::endFrame()
+{
+    while (m_images.size() > m_used) {
+        QSGImageNode *node = m_images.back();
+        m_images.pop_back();
+        removeChildNode(node);
+        delete node;
+    }
+    for (auto it = m_textures.begin(); it != m_textures.end();) {
+        if (it->second.used) {
+            ++it;
+        } else {
+            delete it->second.texture;
+            it = m_textures.erase(it);
+        }
+    }
+}

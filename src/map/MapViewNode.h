@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QColor>
+#include <QImage>
+#include <QPointF>
+#include <QRectF>
+#include <QSGTransformNode>
+
+#include <unordered_map>
+#include <vector>
+
+class QQuickWindow;
+class QSGImageNode;
+class QSGRectangleNode;
+class QSGTexture;
+
+// The map's scene-graph node (a transform node, which the software renderer needs to place
+// its children): a background and a list of images (tiles, then the user's
+// location, then pins), rebuilt each frame from reused child nodes. It owns the textures and
+// keeps one per image for as long as a frame uses that image. Lives on the render thread.
+class MapViewNode : public QSGTransformNode
+{
+public:
+    explicit MapViewNode(QQuickWindow *window);
+    ~MapViewNode() override;
+
+    MapViewNode(const MapViewNode &) = delete;
+    MapViewNode &operator=(const MapViewNode &) = delete;
+
+    static QColor backgroundColor();
+    static QImage pinImage(double devicePixelRatio);
+    static QImage userDotImage(double devicePixelRatio);
+
+    void beginFrame(const QRectF &bounds);
+    void addImage(const QImage &image, const QRectF &target, const QRectF &source);
+    // The pin's needle tip and the dot's centre at `at`.
+    void addPin(QPointF at, double devicePixelRatio);
+    void addUserDot(QPointF at, double devicePixelRatio);
+    void addAccuracyCircle(QPointF center, double radius, double devicePixelRatio);
+    // Drops the child nodes and textures this frame did not use.
+    void endFrame();
+
+private:
+    struct Texture
+    {
+        QSGTexture *texture = nullptr;
+        bool used = false;
+    };
+
+    QSGTexture *textureFor(const QImage &image);
+    // A disc picture drawn once per size and density.
+    const QImage &circleImage(int radiusPixels, double devicePixelRatio);
+
+    QQuickWindow *m_window;
+    QSGRectangleNode *m_background = nullptr;
+    std::vector<QSGImageNode *> m_images;
+    std::size_t m_used = 0;
+    std::unordered_map<qint64, Texture> m_textures;
+    QImage m_pin;
+    QImage m_dot;
+    QImage m_circle;
+    int m_circleRadius = 0;
+};
