@@ -483,7 +483,7 @@ QSGNode *MapView::updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *)
                                              std::cos(latitude * std::numbers::pi / 180.0) /
                                              mapWorldWidth;
             const double radius = *m_userAccuracy / metersPerMapPoint * m_zoomScale;
-            if (radius > 8.0 && radius < 4.0 * std::max(width(), height()))
+            if (radius > 8.0) // smaller hides under the dot
                 node->addAccuracyCircle(at, radius, ratio);
         }
         node->addUserDot(at, ratio);
@@ -645,14 +645,15 @@ void MapView::pointsChanged(const std::map<int, QPointF> &points, bool released)
             beginChange(false);
         }
     }
+    if (points.empty()) {
+        endPointerGesture(!released);
+        return;
+    }
     // A finger that lands or lifts starts a new reference, so the map does not jump.
     m_anchorCentroid = centroid(points);
     m_anchorSpread = spread(points);
     m_samples.clear();
-    if (!points.empty())
-        m_samples.push_back({m_clock.elapsed(), m_anchorCentroid});
-    if (points.empty())
-        endPointerGesture(!released);
+    m_samples.push_back({m_clock.elapsed(), m_anchorCentroid});
 }
 
 void MapView::pointsMoved(const std::map<int, QPointF> &points)

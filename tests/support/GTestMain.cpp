@@ -18,6 +18,9 @@ int main(int argc, char **argv)
     // Run directly as well as from ctest: no display is needed to paint into images.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Windows render in software, the same on every machine, GPU or none.
+    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND"))
+        qputenv("QT_QUICK_BACKEND", "software");
     QGuiApplication app(argc, argv);
 #else
     QCoreApplication app(argc, argv);
