@@ -31,10 +31,13 @@ class MapTileLayer : public QObject
     Q_OBJECT
 
 public:
+    // Each layer's share: the basemap and the grid together keep within 128 MiB.
+    static constexpr qint64 defaultCacheBytes = qint64(64) << 20;
+
     // opaque: tiles cover everything beneath them, so several fallback scales may be stacked;
     // a translucent layer shows one fallback scale only, lest lines appear twice.
-    MapTileLayer(std::unique_ptr<TileSource> source, bool opaque, qint64 cacheBytes,
-                 QObject *parent = nullptr);
+    MapTileLayer(std::unique_ptr<TileSource> source, bool opaque,
+                 qint64 cacheBytes = defaultCacheBytes, QObject *parent = nullptr);
     ~MapTileLayer() override;
 
     // Draws tiles the source fails on with this one instead (an online layer's basemap).

@@ -19,9 +19,6 @@
 
 namespace {
 
-// Each layer keeps this much; the basemap and the grid together stay within 128 MiB.
-constexpr qint64 layerCacheBytes = qint64(64) << 20;
-
 constexpr int longPressMs = 500;
 // A wheel gesture has ended once no notch came for this long.
 constexpr int wheelSettleMs = 250;
@@ -312,7 +309,7 @@ void MapView::setBaseTileSource(std::unique_ptr<TileSource> primary,
 {
     if (!primary)
         primary = createOfflineBasemapSource();
-    m_baseLayer = std::make_unique<MapTileLayer>(std::move(primary), true, layerCacheBytes);
+    m_baseLayer = std::make_unique<MapTileLayer>(std::move(primary), true);
     if (fallback)
         m_baseLayer->setFallback(std::move(fallback));
     connectLayer(m_baseLayer.get());
@@ -333,7 +330,7 @@ void MapView::addOverlay(const VeltorGridOverlay *overlay, VeltorGridOverlayRend
         [renderer, precision](const TileKey &key, double devicePixelRatio) {
             return renderer->renderTile(key.rect(), key.zoomScale, devicePixelRatio, precision);
         });
-    auto layer = std::make_unique<MapTileLayer>(std::move(source), false, layerCacheBytes);
+    auto layer = std::make_unique<MapTileLayer>(std::move(source), false);
     connectLayer(layer.get());
     m_overlays.push_back({overlay, std::move(layer)});
     updateLayers();

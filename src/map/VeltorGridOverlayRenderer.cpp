@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QRectF>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -299,12 +300,19 @@ VeltorGridOverlayRenderer::cachedLabel(const QString &text, double zoomScale,
     if (m_attributedStringCacheZoom != zoomScale) {
         m_attributedStringCacheZoom = zoomScale;
         m_attributedStringCache.clear();
+        m_labelCacheBytes = 0;
     }
     if (const auto found = m_attributedStringCache.find(text);
         found != m_attributedStringCache.end())
         return found->second;
     auto label = std::make_shared<const GridLabel>(GridLabel::layOut(text, attributes));
     m_labelCreationCount.fetch_add(1, std::memory_order_relaxed);
+    // A long pan at one zoom scale meets new cells without end: start afresh rather than grow.
+    if (m_labelCacheBytes + label->memoryBytes() > labelCacheByteLimit) {
+        m_attributedStringCache.clear();
+        m_labelCacheBytes = 0;
+    }
+    m_labelCacheBytes += label->memoryBytes();
     m_attributedStringCache.emplace(text, label);
     return label;
 }
@@ -331,4 +339,17 @@ void VeltorGridOverlayRenderer::clearLabelCache()
     const std::lock_guard lock(m_cacheMutex);
     m_attributedStringCacheZoom = 0.0;
     m_attributedStringCache.clear();
+    m_labelCacheBytes = 0;
+}
+
+std::size_t VeltorGridOverlayRenderer::labelCacheBytes() const
+{
+    const std::lock_guard lock(m_cacheMutex);
+    return m_labelCacheBytes;
+}
+
+std::size_t GridLabel::memoryBytes() const
+{
+    return sizeof(GridLabel) + m_elements.capacity() * sizeof(Element) +
+           std::size_t(std::max<qsizetype>(m_image.sizeInBytes(), 0));
 }

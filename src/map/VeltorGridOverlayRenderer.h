@@ -53,6 +53,8 @@ public:
     // The prepared plate and text, or a null image; its top-left is the plate's.
     const QImage &image() const { return m_image; }
     double imageScale() const { return m_imageScale; }
+    // What the label holds in memory, roughly.
+    std::size_t memoryBytes() const;
 
     // Fills the plate and then the text. Copies the prepared image when the painter maps map
     // points at its scale and the plate's corner onto a whole pixel (the usual tile), and draws
@@ -119,11 +121,14 @@ public:
 
     // The cache: emptied whenever z differs from the zoom scale it holds labels for (exact
     // comparison); the text alone is the key, which holds because the font follows from z.
+    // Also emptied whole, before a new label, once it would hold more than this.
+    static constexpr std::size_t labelCacheByteLimit = std::size_t(16) << 20;
     std::shared_ptr<const GridLabel> cachedLabel(const QString &text, double zoomScale,
                                                  const GridLabelAttributes &attributes);
 
     // For tests and benchmarks.
     std::size_t labelCacheSize() const;
+    std::size_t labelCacheBytes() const;
     double attributedStringCacheZoom() const;
     std::uint64_t labelCreationCount() const;
     void clearLabelCache(); // back to the state at construction
@@ -135,5 +140,6 @@ private:
     mutable std::mutex m_cacheMutex;
     double m_attributedStringCacheZoom = 0.0;
     std::unordered_map<QString, std::shared_ptr<const GridLabel>> m_attributedStringCache;
+    std::size_t m_labelCacheBytes = 0;
     std::atomic<std::uint64_t> m_labelCreationCount{0};
 };

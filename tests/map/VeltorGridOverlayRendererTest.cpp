@@ -371,6 +371,28 @@ TEST(VeltorGridOverlayRendererLabels, CachedLabelIsKeyedByTextAndOutlivesTheCach
     EXPECT_FALSE(first->outline({0, 0}).isEmpty()); // still valid after the cache dropped it
 }
 
+TEST(VeltorGridOverlayRendererLabels, ALongPanAtOneZoomScaleKeepsTheCacheWithinItsLimit)
+{
+    VeltorGridOverlayRenderer renderer;
+    const double z = 0x1p-8;
+    // Labels with prepared images at device pixel ratio 3, as a phone draws them.
+    const GridLabelAttributes attributes = renderer.labelAttributes(z, 3.0 * z);
+    std::size_t most = 0;
+    bool emptied = false;
+    for (int i = 0; i < 3000; ++i) {
+        const QString text = QStringLiteral("JO%1ab").arg(i, 4, 10, QLatin1Char('0'));
+        const auto label = renderer.cachedLabel(text, z, attributes);
+        ASSERT_FALSE(label->image().isNull());
+        most = std::max(most, renderer.labelCacheBytes());
+        emptied = emptied || renderer.labelCacheSize() < std::size_t(i + 1);
+    }
+    EXPECT_TRUE(emptied);
+    EXPECT_LE(most, VeltorGridOverlayRenderer::labelCacheByteLimit);
+    // Within the limit the cache still answers the same label twice.
+    const QString last = QStringLiteral("JO2999ab");
+    EXPECT_EQ(renderer.cachedLabel(last, z, attributes), renderer.cachedLabel(last, z, attributes));
+}
+
 TEST(VeltorGridOverlayRendererLabels, FontIsTwentyPointsOnAPhoneAndFifteenOnATablet)
 {
     VeltorGridOverlayRenderer phone;
