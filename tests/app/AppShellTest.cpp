@@ -41,6 +41,83 @@ private slots:
         QVERIFY2(bright > 200, qPrintable(QString::number(bright)));
     }
 
+    void mapScreenshotAtAnyPlaceSizeAndZoom_data()
+    {
+        QTest::addColumn<double>("latitude");
+        QTest::addColumn<double>("longitude");
+        QTest::addColumn<QString>("zoom");
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<bool>("pinInView");
+        QTest::newRow("seattle, six-character cells") << 47.620496 << -122.34927 << "11" << QSize(390, 844) << true;
+        QTest::newRow("antimeridian, fields") << -17.0 << 180.0 << "3" << QSize(800, 600) << true;
+        QTest::newRow("squares, fractional zoom") << 51.5 << -0.12 << "7.5" << QSize(600, 900) << true;
+        // The pin stops at 85°, at the top edge of what the map can show.
+        QTest::newRow("north pole") << 89.9 << 30.0 << "2" << QSize(700, 700) << false;
+    }
+
+    void mapScreenshotAtAnyPlaceSizeAndZoom()
+    {
+        QFETCH(double, latitude);
+        QFETCH(double, longitude);
+        QFETCH(QString, zoom);
+        QFETCH(QSize, size);
+        QFETCH(bool, pinInView);
+        QTemporaryDir dir;
+        const QString settings = dir.filePath(QStringLiteral("veltor.ini"));
+        {
+            QSettings store(settings, QSettings::IniFormat);
+            store.setValue(QStringLiteral("VeltorSavedLatitude"), latitude);
+            store.setValue(QStringLiteral("VeltorSavedLongitude"), longitude);
+        }
+        const QString file = dir.filePath(QStringLiteral("map.png"));
+        std::unique_ptr<QProcess> app(start({QStringLiteral("--settings"), settings,
+                                             QStringLiteral("--zoom"), zoom, QStringLiteral("--size"),
+                                             QStringLiteral("%1x%2").arg(size.width()).arg(size.height()),
+                                             QStringLiteral("--screenshot"), file}));
+        QVERIFY(app->waitForFinished(30000));
+        QCOMPARE(app->exitCode(), 0);
+        const QImage image = QImage(file).convertToFormat(QImage::Format_RGB32);
+        QCOMPARE(image.size() / image.devicePixelRatio(), size);
+        // The lower half is map: the pin's red head, and the navy grid lines over a light map.
+        int red = 0;
+        int light = 0;
+        int lines = 0;
+        for (int y = image.height() / 3; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                const QColor c = image.pixelColor(x, y);
+                red += c.red() > 190 && c.green() < 70 && c.blue() < 70;
+                light += qGray(c.rgb()) > 150;
+                lines += c.blue() > c.red() + 40 && c.blue() > c.green() + 20 && c.blue() < 200;
+            }
+        }
+        QVERIFY2(light > image.width() * image.height() / 4, qPrintable(QString::number(light)));
+        QVERIFY2(lines > image.width(), qPrintable(QString::number(lines)));
+        if (pinInView)
+            QVERIFY2(red > 100, qPrintable(QString::number(red)));
+    }
+
+    void badZoomOrSizeIsAUsageError_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("zoom too far") << QStringList{QStringLiteral("--zoom"), QStringLiteral("23")} << QByteArray("--zoom 23");
+        QTest::newRow("zoom below the world") << QStringList{QStringLiteral("--zoom"), QStringLiteral("-1")} << QByteArray("--zoom -1");
+        QTest::newRow("zoom not a number") << QStringList{QStringLiteral("--zoom"), QStringLiteral("far")} << QByteArray("--zoom far");
+        QTest::newRow("size without height") << QStringList{QStringLiteral("--size"), QStringLiteral("800")} << QByteArray("--size 800");
+        QTest::newRow("size too small") << QStringList{QStringLiteral("--size"), QStringLiteral("100x100")} << QByteArray("--size 100x100");
+        QTest::newRow("size not numbers") << QStringList{QStringLiteral("--size"), QStringLiteral("wxh")} << QByteArray("--size wxh");
+    }
+
+    void badZoomOrSizeIsAUsageError()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QByteArray, message);
+        std::unique_ptr<QProcess> app(start(arguments));
+        QVERIFY(app->waitForFinished(30000));
+        QCOMPARE(app->exitCode(), 2);
+        QVERIFY(app->readAllStandardError().contains(message));
+    }
+
     void unwritableScreenshotFails()
     {
         std::unique_ptr<QProcess> app(
