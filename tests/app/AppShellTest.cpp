@@ -10,10 +10,15 @@ class AppShellTest : public QObject
     Q_OBJECT
 
 private:
-    static QProcess *start(const QStringList &arguments)
+    // Runs without --settings keep theirs here, away from the user's own.
+    QTemporaryDir m_home;
+
+    QProcess *start(const QStringList &arguments)
     {
         auto *process = new QProcess;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home.path());
+        environment.insert(QStringLiteral("XDG_CACHE_HOME"), m_home.path());
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
         environment.insert(QStringLiteral("QT_QUICK_BACKEND"), QStringLiteral("software"));
         process->setProcessEnvironment(environment);
