@@ -2,6 +2,8 @@
 
 #include "ApplicationStateSystem.h"
 #include "LocationTrackingSystem.h"
+#include "OfflineBasemapSource.h"
+#include "OnlineTileSource.h"
 #include "PreferencesSystem.h"
 #include "UserDefaults.h"
 
@@ -10,6 +12,7 @@
 #include <QImage>
 #include <QQuickWindow>
 #include <QTimer>
+#include <QUrl>
 
 #include <cstdio>
 #include <optional>
@@ -19,6 +22,10 @@ namespace {
 // The pin's drop and a last frame with every tile take less than this after the map is idle.
 constexpr int settledFrameDelayMs = 600;
 constexpr int screenshotDeadlineMs = 15000;
+
+// Settings of the online map: the tile server's URL template and the credit it asks for.
+constexpr QLatin1StringView tileTemplateKey{"MapTileURLTemplate"};
+constexpr QLatin1StringView tileAttributionKey{"MapTileAttribution"};
 
 } // namespace
 
@@ -60,8 +67,18 @@ int AppWindow::start(const QStringList &arguments)
     const QCommandLineOption sizeOption(QStringLiteral("size"),
                                         QStringLiteral("Open the window at WxH points, e.g. 390x844."),
                                         QStringLiteral("WxH"));
+    const QCommandLineOption tilesOption(
+        QStringLiteral("tiles"),
+        QStringLiteral("Draw the map from the raster tile server at URL_TEMPLATE, with {z}, {x} "
+                       "and {y} in it; the offline basemap fills in any tile it cannot get. "
+                       "\"offline\" uses the basemap alone. Kept in the settings."),
+        QStringLiteral("URL_TEMPLATE"));
+    const QCommandLineOption attributionOption(
+        QStringLiteral("tiles-attribution"),
+        QStringLiteral("The credit the tile server asks for, shown on the map. Kept in the settings."),
+        QStringLiteral("TEXT"));
     parser.addOptions({screenshotOption, settingsOption, gpsOption, trackOption, zoomOption,
-                       sizeOption});
+                       sizeOption, tilesOption, attributionOption});
     if (!parser.parse(arguments)) {
         std::fprintf(stderr, "veltor: %s\n\n%s", qPrintable(parser.errorText()),
                      qPrintable(parser.helpText()));
@@ -100,8 +117,25 @@ int AppWindow::start(const QStringList &arguments)
         }
         size = QSize(w, h);
     }
+    if (parser.isSet(tilesOption)) {
+        const QString tiles = parser.value(tilesOption);
+        if (tiles != QLatin1String("offline")) {
+            if (const auto problem = OnlineTileSource::problemWithTemplate(tiles)) {
+                std::fprintf(stderr, "veltor: --tiles %s: %s\n", qPrintable(tiles),
+                             qPrintable(*problem));
+                return 2;
+            }
+        }
+    }
     if (parser.isSet(settingsOption))
         UserDefaults::setStandardFileName(parser.value(settingsOption));
+    UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    if (parser.isSet(tilesOption)) {
+        const QString tiles = parser.value(tilesOption);
+        defaults.setObject(tiles == QLatin1String("offline") ? QString() : tiles, QString(tileTemplateKey));
+    }
+    if (parser.isSet(attributionOption))
+        defaults.setObject(parser.value(attributionOption), QString(tileAttributionKey));
     if (parser.isSet(gpsOption)) {
         const QString source = parser.value(gpsOption);
         if (const auto problem = LocationTrackingSystem::validateSource(source)) {
@@ -140,6 +174,7 @@ int AppWindow::start(const QStringList &arguments)
     if (map) {
         // A town and its neighbours, with six-character cells, until the user zooms.
         map->setZoomLevel(zoomLevel.value_or(11.0));
+        useTileServer(*map, defaults);
         m_mapBinding = std::make_unique<MapBinding>(*map, state, preferences);
     }
     if (parser.isSet(trackOption))
@@ -147,6 +182,24 @@ int AppWindow::start(const QStringList &arguments)
     if (parser.isSet(screenshotOption))
         takeScreenshot(window, map, parser.value(screenshotOption));
     return -1;
+}
+
+void AppWindow::useTileServer(MapView &map, const UserDefaults &defaults)
+{
+    const QString tiles = defaults.stringForKey(QString(tileTemplateKey)).value_or(QString());
+    if (tiles.isEmpty())
+        return; // the offline basemap, the map's own default
+    if (const auto problem = OnlineTileSource::problemWithTemplate(tiles)) {
+        // A bad address in the settings file must not cost the user the map.
+        std::fprintf(stderr, "veltor: tile server %s: %s; drawing the offline map\n",
+                     qPrintable(tiles), qPrintable(*problem));
+        return;
+    }
+    QString attribution = defaults.stringForKey(QString(tileAttributionKey)).value_or(QString());
+    if (attribution.isEmpty())
+        attribution = QStringLiteral("Map tiles: %1").arg(QUrl(tiles).host());
+    map.setBaseTileSource(std::make_unique<OnlineTileSource>(tiles, attribution),
+                          createOfflineBasemapSource(), attribution);
 }
 
 void AppWindow::takeScreenshot(QQuickWindow *window, MapView *map, const QString &file)

@@ -13,6 +13,7 @@
 #include <memory>
 
 class QQuickWindow;
+class UserDefaults;
 
 // The composition root of the app: reads the command line, chooses the settings file and the
 // GPS source before the shared systems first start, builds the screen controllers and loads
@@ -31,6 +32,8 @@ public:
 
 private:
     void takeScreenshot(QQuickWindow *window, MapView *map, const QString &file);
+    // Puts the map on the tile server the settings name, if any.
+    static void useTileServer(MapView &map, const UserDefaults &defaults);
 
     Localization m_localization;
     QuitSignalWatcher m_quitSignals;

@@ -29,6 +29,8 @@ MapTileLayer::MapTileLayer(std::unique_ptr<TileSource> source, bool opaque, qint
                            QObject *parent)
     : QObject(parent), m_source(std::move(source)), m_opaque(opaque), m_cache(cacheBytes)
 {
+    // Tiles of the view go last, so tiles arriving for elsewhere cannot push them out.
+    m_cache.setProtected([this](const TileKey &key) { return m_needed.contains(key); });
     connect(m_source.get(), &TileSource::tileReady, this, &MapTileLayer::tileReady);
     connect(m_source.get(), &TileSource::tileFailed, this,
             [this](const TileKey &key) { tileFailed(m_source.get(), key); });

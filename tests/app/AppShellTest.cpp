@@ -1,3 +1,5 @@
+#include "LocalTileServer.h"
+
 #include <QImage>
 #include <QProcess>
 #include <QSettings>
@@ -121,6 +123,62 @@ private slots:
         QVERIFY(app->waitForFinished(30000));
         QCOMPARE(app->exitCode(), 2);
         QVERIFY(app->readAllStandardError().contains(message));
+    }
+
+    void onlineTilesWithTheBasemapWhereTheServerFails_data()
+    {
+        QTest::addColumn<bool>("serverHasTiles");
+        QTest::newRow("server answers") << true;
+        QTest::newRow("server says 404") << false;
+    }
+
+    void onlineTilesWithTheBasemapWhereTheServerFails()
+    {
+        QFETCH(bool, serverHasTiles);
+        const QColor served(0xa0, 0x30, 0xc0);
+        LocalTileServer server;
+        QVERIFY(server.isListening());
+        server.setFallback(serverHasTiles ? LocalTileServer::tile({256, 256}, served)
+                                          : LocalTileServer::status(404));
+        QTemporaryDir dir;
+        const QString file = dir.filePath(QStringLiteral("online.png"));
+        std::unique_ptr<QProcess> app(start({QStringLiteral("--settings"),
+                                             dir.filePath(QStringLiteral("veltor.ini")),
+                                             QStringLiteral("--tiles"), server.urlTemplate(),
+                                             QStringLiteral("--zoom"), QStringLiteral("6"),
+                                             QStringLiteral("--screenshot"), file}));
+        // The server answers from this process's event loop while the app runs.
+        QTRY_VERIFY_WITH_TIMEOUT(app->state() == QProcess::NotRunning, 30000);
+        QCOMPARE(app->exitCode(), 0);
+        QVERIFY(!server.requests().isEmpty());
+        for (const LocalTileServer::Request &request : server.requests())
+            QCOMPARE(request.headers.value("user-agent"), QByteArray("Veltor/" VELTOR_VERSION));
+        const QImage image = QImage(file).convertToFormat(QImage::Format_RGB32);
+        int fromServer = 0;
+        int light = 0;
+        for (int y = image.height() / 3; y < image.height(); y += 2) {
+            for (int x = 0; x < image.width(); x += 2) {
+                const QColor c = image.pixelColor(x, y);
+                fromServer += c == served;
+                light += qGray(c.rgb()) > 150;
+            }
+        }
+        if (serverHasTiles) {
+            QVERIFY2(fromServer > image.width() * image.height() / 40, qPrintable(QString::number(fromServer)));
+        } else {
+            // Not a blank map: the offline basemap stands in for every tile.
+            QCOMPARE(fromServer, 0);
+            QVERIFY2(light > image.width() * image.height() / 16, qPrintable(QString::number(light)));
+        }
+    }
+
+    void unusableTileServerIsAUsageError()
+    {
+        std::unique_ptr<QProcess> app(
+            start({QStringLiteral("--tiles"), QStringLiteral("file:///tiles/{z}/{x}/{y}.png")}));
+        QVERIFY(app->waitForFinished(30000));
+        QCOMPARE(app->exitCode(), 2);
+        QVERIFY(app->readAllStandardError().contains("--tiles file:///tiles/{z}/{x}/{y}.png"));
     }
 
     void unwritableScreenshotFails()
