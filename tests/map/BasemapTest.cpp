@@ -315,22 +315,23 @@ TEST(Basemap, WorldAtLevelZeroShowsContinents)
     EXPECT_TRUE(pixelIs(tile, {256, 511}, Basemap::landColor()));
 }
 
-// Cells of a level meet inside land without a seam, at whole and fractional zoom levels.
+// Cells of a level meet inside land without a seam, at whole and fractional zoom levels and
+// device pixel ratios, and so do the bands land is filled in.
 TEST(Basemap, NoSeamsBetweenCellsOrBands)
 {
     ASSERT_NE(basemap(), nullptr);
+    // A corner of the 8 × 8 grid is a corner of every finer grid the levels tested use: here
+    // 90° E and about 66.5° N, on the Putorana plateau, far from coasts and borders.
+    const double grid = W / 8.0;
     const MapPoint siberia = mapPointForCoordinate({62.0, 100.0});
+    const MapPoint corner{std::round(siberia.x / grid) * grid, std::round(siberia.y / grid) * grid};
     for (const double level : {4.0, 5.37, 6.0, 7.81, 9.0, 13.5}) {
         const double zoomScale = std::exp2(level - 20.0);
         for (const double ratio : {1.0, 2.0, 3.0}) {
-            const int lod = basemap()->levelOfDetailFor(zoomScale * ratio);
-            // The cell corner nearest to the place, in the middle of a tile.
-            const double cell = std::ldexp(1.0, 28 - std::min(lod, 8));
-            const double cornerX = std::round(siberia.x / cell) * cell;
-            const double cornerY = std::round(siberia.y / cell) * cell;
+            ASSERT_GE(basemap()->levelOfDetailFor(zoomScale * ratio), 3);
             const double size = 64.0 / zoomScale;
-            const MapRect rect{cornerX - size / 2 + 0.37 / zoomScale,
-                               cornerY - size / 2 + 0.61 / zoomScale, size, size};
+            const MapRect rect{corner.x - size / 2 + 0.37 / zoomScale,
+                               corner.y - size / 2 + 0.61 / zoomScale, size, size};
             const QImage tile = basemap()->renderTile(rect, zoomScale, ratio);
             EXPECT_TRUE(allPixelsAre(tile, tile.rect(), Basemap::landColor()))
                 << "level " << level << " at " << ratio << "x";
