@@ -10,8 +10,9 @@
 // describes the bytes). Plain values, never changed after decoding, so any number of threads may
 // read one at once.
 
-// A point of a cell, in units of 2^quantShift map points from the cell's top-left corner: every
-// level has 2^14 units a cell side, and half the memory of map points makes loading quicker.
+// A point of a cell, in units of 2^quantShift map points from the cell's top-left corner (a cell
+// side is under 2^16 units; the shipped file uses 2^14): half the memory of map points, which
+// makes loading quicker.
 struct BasemapPoint
 {
     std::uint16_t x = 0;
