@@ -32,6 +32,7 @@ bench: build
 	$(BUILD)/bench/veltor-bench $(ARGS)
 	$(BUILD)/bench/veltor-grid-bench $(ARGS)
 	$(BUILD)/bench/veltor-map-bench $(ARGS)
+	$(BUILD)/bench/veltor-basemap-bench $(ARGS)
 	bash bench/locate-throughput.sh $(BUILD)/src/cli/veltor-locate
 
 # AddressSanitizer and UndefinedBehaviorSanitizer over the whole test suite.

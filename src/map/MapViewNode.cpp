@@ -1,5 +1,7 @@
 #include "MapViewNode.h"
 
+#include "Basemap.h"
+
 #include <QPainter>
 #include <QPainterPath>
 #include <QQuickWindow>
@@ -36,7 +38,8 @@ MapViewNode::~MapViewNode()
 
 QColor MapViewNode::backgroundColor()
 {
-    return QColor(0xdd, 0xe3, 0xe8);
+    // Until the first tiles arrive the map is sea: calmer than a flash of grey.
+    return Basemap::oceanColor();
 }
 
 QImage MapViewNode::pinImage(double devicePixelRatio)

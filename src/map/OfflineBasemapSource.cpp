@@ -1,16 +1,14 @@
 #include "OfflineBasemapSource.h"
 
+#include "Basemap.h"
 #include "RenderedTileSource.h"
-
-#include <cmath>
 
 std::unique_ptr<TileSource> createOfflineBasemapSource()
 {
-    // TEMPORARY until the basemap lands: plain sea.
-    return std::make_unique<RenderedTileSource>([](const TileKey &, double devicePixelRatio) {
-        const int side = int(std::lround(mapTileSizePoints * devicePixelRatio));
-        QImage image(side, side, QImage::Format_RGB32);
-        image.fill(QColor(0xc9, 0xd8, 0xe2));
-        return image;
-    });
+    // Loaded once per process; a broken resource leaves the map to its background colour.
+    return std::make_unique<RenderedTileSource>(
+        [basemap = Basemap::shared()](const TileKey &key, double devicePixelRatio) {
+            return basemap ? basemap->renderTile(key.rect(), key.zoomScale, devicePixelRatio)
+                           : QImage();
+        });
 }
