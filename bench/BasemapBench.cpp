@@ -243,10 +243,7 @@ int main(int argc, char **argv)
         return 1;
     registerBenchmarks();
 
-    SummaryReporter reporter(isatty(STDOUT_FILENO) ? benchmark::ConsoleReporter::OO_Defaults
-                                                   : benchmark::ConsoleReporter::OO_Tabular);
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.printSummary();
+    runAndSummarize<SummaryReporter>();
     benchmark::Shutdown();
     return 0;
 }

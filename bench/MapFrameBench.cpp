@@ -189,10 +189,7 @@ int main(int argc, char **argv)
         ->Iterations(1)
         ->UseRealTime();
 
-    SummaryReporter reporter(isatty(STDOUT_FILENO) ? benchmark::ConsoleReporter::OO_Defaults
-                                                   : benchmark::ConsoleReporter::OO_Tabular);
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.printSummary();
+    runAndSummarize<SummaryReporter>();
     benchmark::Shutdown();
     return 0;
 }

@@ -2,6 +2,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include <unistd.h>
+
 #include <map>
 #include <string>
 #include <vector>
@@ -29,3 +31,14 @@ protected:
 private:
     std::map<std::string, double> m_seconds;
 };
+
+// Runs every registered benchmark with Reporter (aligned columns on a terminal, tabular into a
+// file or pipe), then prints the reporter's summary.
+template <class Reporter>
+void runAndSummarize()
+{
+    Reporter reporter(isatty(STDOUT_FILENO) ? benchmark::ConsoleReporter::OO_Defaults
+                                            : benchmark::ConsoleReporter::OO_Tabular);
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    reporter.printSummary();
+}

@@ -387,10 +387,7 @@ int main(int argc, char **argv)
     inputs(); // generated before any timing
     registerBenchmarks();
 
-    SummaryReporter reporter(isatty(STDOUT_FILENO) ? benchmark::ConsoleReporter::OO_Defaults
-                                                   : benchmark::ConsoleReporter::OO_Tabular);
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.printSummary();
+    runAndSummarize<SummaryReporter>();
     printAgreement();
     benchmark::Shutdown();
     return 0;

@@ -23,6 +23,19 @@ TileDraw placed(const TileKey &key, const QImage &image, const MapRect &part, do
                    part.width * pixelsPerPoint, part.height * pixelsPerPoint)};
 }
 
+// Drops the pending tiles that are no longer wanted, telling their source.
+template <class Wanted>
+void cancelUnwanted(std::unordered_set<TileKey, TileKeyHash> &pending, TileSource *source,
+                    Wanted wanted)
+{
+    std::erase_if(pending, [&](const TileKey &key) {
+        if (wanted(key))
+            return false;
+        source->cancelTile(key);
+        return true;
+    });
+}
+
 } // namespace
 
 MapTileLayer::MapTileLayer(std::unique_ptr<TileSource> source, bool opaque, qint64 cacheBytes,
@@ -72,13 +85,9 @@ void MapTileLayer::update(const MapRect &visible, double zoomScale, double devic
 {
     if (devicePixelRatio != m_devicePixelRatio) {
         // Tiles are kept at one pixel density; a new screen needs them all again.
-        for (const TileKey &key : m_requested)
-            m_source->cancelTile(key);
-        if (m_fallback)
-            for (const TileKey &key : m_fallingBack)
-                m_fallback->cancelTile(key);
-        m_requested.clear();
-        m_fallingBack.clear();
+        const auto none = [](const TileKey &) { return false; };
+        cancelUnwanted(m_requested, m_source.get(), none);
+        cancelUnwanted(m_fallingBack, m_fallback.get(), none);
         m_cache.clear();
     }
     m_visible = visible;
@@ -142,22 +151,9 @@ void MapTileLayer::rebuild()
     }
 
     // Tiles that left the view are not drawn after all.
-    for (auto it = m_requested.begin(); it != m_requested.end();) {
-        if (needed.contains(*it)) {
-            ++it;
-        } else {
-            m_source->cancelTile(*it);
-            it = m_requested.erase(it);
-        }
-    }
-    for (auto it = m_fallingBack.begin(); it != m_fallingBack.end();) {
-        if (needed.contains(*it)) {
-            ++it;
-        } else {
-            m_fallback->cancelTile(*it);
-            it = m_fallingBack.erase(it);
-        }
-    }
+    const auto inView = [&needed](const TileKey &key) { return needed.contains(key); };
+    cancelUnwanted(m_requested, m_source.get(), inView);
+    cancelUnwanted(m_fallingBack, m_fallback.get(), inView);
     m_needed = std::move(needed);
 
     // Stand-ins first, coarsest at the bottom, so the real tiles end up on top.
