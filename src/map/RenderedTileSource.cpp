@@ -4,6 +4,40 @@
 #include <QRunnable>
 #include <QThread>
 
+#if defined(__SANITIZE_THREAD__)
+extern "C" void __tsan_acquire(void *address);
+extern "C" void __tsan_release(void *address);
+#endif
+
+namespace {
+
+// One tile to draw. QThreadPool hands it to a worker through Qt's own futex-based lock, which
+// ThreadSanitizer cannot see; the job marks that hand-over itself so the checker knows the
+// worker reads what the GUI thread wrote before start().
+class TileJob final : public QRunnable
+{
+public:
+    explicit TileJob(std::function<void()> work) : m_work(std::move(work))
+    {
+#if defined(__SANITIZE_THREAD__)
+        __tsan_release(this);
+#endif
+    }
+
+    void run() override
+    {
+#if defined(__SANITIZE_THREAD__)
+        __tsan_acquire(this);
+#endif
+        m_work();
+    }
+
+private:
+    std::function<void()> m_work;
+};
+
+} // namespace
+
 RenderedTileSource::RenderedTileSource(Renderer renderer, int threadCount, QObject *parent)
     : TileSource(parent), m_renderer(std::move(renderer))
 {
@@ -18,6 +52,9 @@ RenderedTileSource::~RenderedTileSource()
     // Workers hold no pointer into this object except through the queued call below, which
     // QObject's destructor discards; waiting keeps the renderer alive while they run.
     m_pool.waitForDone();
+    // Taken under the lock so the workers' last writes are seen to come first.
+    const std::lock_guard lock(m_finishedMutex);
+    m_finished.clear();
 }
 
 void RenderedTileSource::requestTile(const TileKey &key, double devicePixelRatio)
@@ -27,15 +64,18 @@ void RenderedTileSource::requestTile(const TileKey &key, double devicePixelRatio
     auto job = std::make_shared<Job>();
     // A cancelled tile still queued costs a worker one flag check; taking it back out of the
     // pool by pointer could hit a newer runnable at a reused address.
-    m_pool.start(QRunnable::create([this, key, devicePixelRatio, job] {
+    m_pool.start(new TileJob([this, key, devicePixelRatio, job] {
         if (job->cancelled)
             return;
         QImage image = m_renderer(key, devicePixelRatio);
         if (job->cancelled)
             return;
-        QMetaObject::invokeMethod(
-            this, [this, key, job, image = std::move(image)] { finish(key, job, image); },
-            Qt::QueuedConnection);
+        {
+            const std::lock_guard lock(m_finishedMutex);
+            m_finished.push_back({key, job, std::move(image)});
+        }
+        // By name: the queued call carries no object of ours across threads, the list does.
+        QMetaObject::invokeMethod(this, "takeFinished", Qt::QueuedConnection);
     }));
     m_pending.emplace(key, std::move(job));
 }
@@ -49,15 +89,21 @@ void RenderedTileSource::cancelTile(const TileKey &key)
     m_pending.erase(found);
 }
 
-void RenderedTileSource::finish(const TileKey &key, const std::shared_ptr<Job> &job,
-                                const QImage &image)
+void RenderedTileSource::takeFinished()
 {
-    const auto found = m_pending.find(key);
-    if (found == m_pending.end() || found->second != job)
-        return; // cancelled, perhaps asked for again since
-    m_pending.erase(found);
-    if (image.isNull())
-        emit tileFailed(key);
-    else
-        emit tileReady(key, image);
+    std::vector<Finished> finished;
+    {
+        const std::lock_guard lock(m_finishedMutex);
+        finished.swap(m_finished);
+    }
+    for (const Finished &tile : finished) {
+        const auto found = m_pending.find(tile.key);
+        if (found == m_pending.end() || found->second != tile.job)
+            continue; // cancelled, perhaps asked for again since
+        m_pending.erase(found);
+        if (tile.image.isNull())
+            emit tileFailed(tile.key);
+        else
+            emit tileReady(tile.key, tile.image);
+    }
 }

@@ -7,7 +7,9 @@
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <unordered_map>
+#include <vector>
 
 // Tiles drawn by a function on a pool of worker threads: the offline basemap and the grid.
 // The function must be safe to call from several threads at once.
@@ -36,9 +38,19 @@ private:
         std::atomic<bool> cancelled{false};
     };
 
-    void finish(const TileKey &key, const std::shared_ptr<Job> &job, const QImage &image);
+    struct Finished
+    {
+        TileKey key;
+        std::shared_ptr<Job> job;
+        QImage image;
+    };
+
+    Q_INVOKABLE void takeFinished();
 
     const Renderer m_renderer;
     QThreadPool m_pool;
     std::unordered_map<TileKey, std::shared_ptr<Job>, TileKeyHash> m_pending;
+    // Drawn tiles on their way from the workers to the GUI thread.
+    std::mutex m_finishedMutex;
+    std::vector<Finished> m_finished;
 };
