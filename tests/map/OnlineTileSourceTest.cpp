@@ -96,7 +96,7 @@ struct Answers
         });
     }
 
-    static bool onGuiThread() { return QThread::currentThread() == qApp->thread(); }
+    static bool onGuiThread() { return QThread::currentThread() == QCoreApplication::instance()->thread(); }
     std::size_t size() const { return list.size(); }
     bool waitFor(std::size_t count) const
     {
@@ -257,7 +257,8 @@ LocalTileServer::Response ok()
 LocalTileServer::Response garbage()
 {
     LocalTileServer::Response response;
-    response.body = QByteArray("\x89PNG but not really, just some bytes\0\1\2\3", 42);
+    static const char bytes[] = "\x89PNG but not really, just some bytes\0\1\2\3";
+    response.body = QByteArray(bytes, sizeof bytes - 1);
     return response;
 }
 
