@@ -507,11 +507,6 @@ QSGNode *MapView::updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *)
     return node;
 }
 
-QImage MapView::pinImage(double devicePixelRatio)
-{
-    return MapViewNode::pinImage(devicePixelRatio);
-}
-
 void MapView::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
 {
     QQuickItem::geometryChange(newGeometry, oldGeometry);
@@ -529,12 +524,6 @@ void MapView::itemChange(ItemChange change, const ItemChangeData &value)
         updateLayers();
         update();
     }
-}
-
-void MapView::releaseResources()
-{
-    // Textures belong to the paint node, which the scene graph deletes with the window.
-    QQuickItem::releaseResources();
 }
 
 // Gestures -------------------------------------------------------------------------------------

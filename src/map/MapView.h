@@ -114,7 +114,6 @@ public:
     // For tests: how long a press must be held, in milliseconds.
     void setLongPressInterval(int milliseconds) { m_longPressTimer.setInterval(milliseconds); }
 
-    static QImage pinImage(double devicePixelRatio);
 
 signals:
     void regionChanged();
@@ -129,7 +128,6 @@ protected:
     QSGNode *updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *data) override;
     void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
     void itemChange(ItemChange change, const ItemChangeData &value) override;
-    void releaseResources() override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
