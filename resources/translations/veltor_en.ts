@@ -4,9 +4,9 @@
 <context>
     <name></name>
     <message id="distance.meters.long">
-        <source>%lld m</source>
+        <source>%&apos;lld m</source>
         <extracomment>Long Meters Distance</extracomment>
-        <translation>%lld m</translation>
+        <translation>%&apos;lld m</translation>
     </message>
     <message id="distance.kilometers.long.fractional">
         <source>%.2f km</source>
@@ -14,14 +14,14 @@
         <translation>%.2f km</translation>
     </message>
     <message id="distance.kilometers.long.integral">
-        <source>%lld km</source>
+        <source>%&apos;lld km</source>
         <extracomment>Long Kilometers Distance</extracomment>
-        <translation>%lld km</translation>
+        <translation>%&apos;lld km</translation>
     </message>
     <message id="distance.feet.long">
-        <source>%lld ft</source>
+        <source>%&apos;lld ft</source>
         <extracomment>Long Feet Distance</extracomment>
-        <translation>%lld ft</translation>
+        <translation>%&apos;lld ft</translation>
     </message>
     <message id="distance.miles.long.fractional">
         <source>%.2f mi</source>
@@ -29,9 +29,9 @@
         <translation>%.2f mi</translation>
     </message>
     <message id="distance.miles.long.integral">
-        <source>%lld mi</source>
+        <source>%&apos;lld mi</source>
         <extracomment>Long Miles Distance</extracomment>
-        <translation>%lld mi</translation>
+        <translation>%&apos;lld mi</translation>
     </message>
     <message id="settings.error.not-saved">
         <source>Settings cannot be saved to %1. Changes last until Veltor closes.</source>
@@ -57,6 +57,151 @@
         <source>OK</source>
         <extracomment>Action to dismiss dialog</extracomment>
         <translation>OK</translation>
+    </message>
+    <message id="keypad.lat-lon.title.latitude">
+        <source>Latitude</source>
+        <extracomment>Heading of the keypad on which a latitude is typed</extracomment>
+        <translation>Latitude</translation>
+    </message>
+    <message id="keypad.lat-lon.title.longitude">
+        <source>Longitude</source>
+        <extracomment>Heading of the keypad on which a longitude is typed</extracomment>
+        <translation>Longitude</translation>
+    </message>
+    <message id="keypad.lat-lon.decimal.spoken">
+        <source>decimal point</source>
+        <extracomment>Spoken name of the decimal point key</extracomment>
+        <translation>decimal point</translation>
+    </message>
+    <message id="keypad.lat-lon.degrees.spoken">
+        <source>degrees</source>
+        <extracomment>Spoken name of the key that closes the degrees and starts the minutes</extracomment>
+        <translation>degrees</translation>
+    </message>
+    <message id="keypad.lat-lon.minutes.spoken">
+        <source>minutes</source>
+        <extracomment>Spoken name of the key that closes the minutes and starts the seconds</extracomment>
+        <translation>minutes</translation>
+    </message>
+    <message id="keypad.delete">
+        <source>delete</source>
+        <extracomment>Spoken name of the key that deletes the last character typed</extracomment>
+        <translation>delete</translation>
+    </message>
+    <message id="keypad.lat-lon.north">
+        <source>North</source>
+        <extracomment>North Button</extracomment>
+        <translation>North</translation>
+    </message>
+    <message id="keypad.lat-lon.west">
+        <source>West</source>
+        <extracomment>West Button</extracomment>
+        <translation>West</translation>
+    </message>
+    <message id="keypad.lat-lon.north.spoken">
+        <source>north</source>
+        <extracomment>Spoken name of the North key</extracomment>
+        <translation>north</translation>
+    </message>
+    <message id="keypad.lat-lon.west.spoken">
+        <source>west</source>
+        <extracomment>Spoken name of the West key</extracomment>
+        <translation>west</translation>
+    </message>
+    <message id="keypad.lat-lon.south">
+        <source>South</source>
+        <extracomment>South Button</extracomment>
+        <translation>South</translation>
+    </message>
+    <message id="keypad.lat-lon.east">
+        <source>East</source>
+        <extracomment>East Button</extracomment>
+        <translation>East</translation>
+    </message>
+    <message id="keypad.lat-lon.south.spoken">
+        <source>south</source>
+        <extracomment>Spoken name of the South key</extracomment>
+        <translation>south</translation>
+    </message>
+    <message id="keypad.lat-lon.east.spoken">
+        <source>east</source>
+        <extracomment>Spoken name of the East key</extracomment>
+        <translation>east</translation>
+    </message>
+    <message id="general.done">
+        <source>Done</source>
+        <extracomment>Done Button</extracomment>
+        <translation>Done</translation>
+    </message>
+    <message id="keypad.veltor.title">
+        <source>Locator</source>
+        <extracomment>Heading of the locator keypad</extracomment>
+        <translation>Locator</translation>
+    </message>
+    <message id="map.attribution.default">
+        <source>Map tiles: %1</source>
+        <extracomment>Credit shown on the map for a tile server that named none; %1 is its host name</extracomment>
+        <translation>Map tiles: %1</translation>
+    </message>
+    <message id="map.zoom-in">
+        <source>Zoom in</source>
+        <extracomment>Spoken name of the map&apos;s zoom-in button</extracomment>
+        <translation>Zoom in</translation>
+    </message>
+    <message id="map.zoom-out">
+        <source>Zoom out</source>
+        <extracomment>Spoken name of the map&apos;s zoom-out button</extracomment>
+        <translation>Zoom out</translation>
+    </message>
+    <message id="tracking.button.stop">
+        <source>Stop tracking</source>
+        <extracomment>Text of the tracking button while the position is tracked</extracomment>
+        <translation>Stop tracking</translation>
+    </message>
+    <message id="tracking.button.start">
+        <source>Track my position</source>
+        <extracomment>Text of the tracking button while the position is not tracked</extracomment>
+        <translation>Track my position</translation>
+    </message>
+    <message id="tracking.button.enabled.accessibility.title">
+        <source>Tracking enabled</source>
+        <extracomment>Tracking enabled</extracomment>
+        <translation>Tracking enabled</translation>
+    </message>
+    <message id="tracking.button.disabled.accessibility.title">
+        <source>Tracking disabled</source>
+        <extracomment>Tracking disabled</extracomment>
+        <translation>Tracking disabled</translation>
+    </message>
+    <message id="tracking.button.enabled.accessibility.hint">
+        <source>Disables tracking</source>
+        <extracomment>Disables tracking</extracomment>
+        <translation>Disables tracking</translation>
+    </message>
+    <message id="tracking.button.disabled.accessibility.hint">
+        <source>Enables tracking</source>
+        <extracomment>Enables tracking</extracomment>
+        <translation>Enables tracking</translation>
+    </message>
+    <message id="panel.latitude.caption">
+        <source>Latitude</source>
+        <extracomment>Caption over the latitude read-out</extracomment>
+        <translation>Latitude</translation>
+    </message>
+    <message id="panel.longitude.caption">
+        <source>Longitude</source>
+        <extracomment>Caption over the longitude read-out</extracomment>
+        <translation>Longitude</translation>
+    </message>
+    <message id="panel.veltor.caption">
+        <source>Locator</source>
+        <extracomment>Caption over the grid locator read-out</extracomment>
+        <translation>Locator</translation>
+    </message>
+    <message id="app.name">
+        <source>Veltor</source>
+        <extracomment>The app&apos;s name, in the window title</extracomment>
+        <translation>Veltor</translation>
     </message>
 </context>
 </TS>

@@ -26,7 +26,7 @@ DistanceReadout DistanceFormatter::metricReadout(double meters)
     const std::int64_t m = roundedWhole(meters);
     if (m >= -999 && m <= 999) {
         //: Long Meters Distance
-        //% "%lld m"
+        //% "%'lld m"
         return {QT_TRID_NOOP("distance.meters.long"), m};
     }
     // Kilometres are worked out in single precision; the fractional read-out shows it.
@@ -37,7 +37,7 @@ DistanceReadout DistanceFormatter::metricReadout(double meters)
         return {QT_TRID_NOOP("distance.kilometers.long.fractional"), double(km)};
     }
     //: Long Kilometers Distance
-    //% "%lld km"
+    //% "%'lld km"
     return {QT_TRID_NOOP("distance.kilometers.long.integral"), roundedWhole(double(km))};
 }
 
@@ -47,7 +47,7 @@ DistanceReadout DistanceFormatter::imperialReadout(double meters)
     const double miles = feet / 5280.0;
     if (std::fabs(miles) < 0.25) {
         //: Long Feet Distance
-        //% "%lld ft"
+        //% "%'lld ft"
         return {QT_TRID_NOOP("distance.feet.long"), roundedWhole(feet)};
     }
     if (std::fabs(miles) < 10.0) {
@@ -56,7 +56,7 @@ DistanceReadout DistanceFormatter::imperialReadout(double meters)
         return {QT_TRID_NOOP("distance.miles.long.fractional"), miles};
     }
     //: Long Miles Distance
-    //% "%lld mi"
+    //% "%'lld mi"
     return {QT_TRID_NOOP("distance.miles.long.integral"), roundedWhole(miles)};
 }
 

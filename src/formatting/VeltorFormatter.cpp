@@ -214,3 +214,21 @@ bool VeltorFormatter::getObjectValue(QVariant *object, const QString &string) co
         *object = QVariant::fromValue(coordinateFromString(string));
     return true;
 }
+
+QString spelledOut(const QString &locator)
+{
+    QString spelled;
+    spelled.reserve(locator.size() * 2);
+    for (const QChar c : locator) {
+        spelled += c;
+        spelled += QLatin1Char(' ');
+    }
+    return spelled;
+}
+
+QString spelledVeltor(VeltorFormat format, Coordinate coordinate)
+{
+    VeltorFormatter formatter;
+    formatter.setFormat(format);
+    return spelledOut(formatter.stringFromCoordinate(coordinate));
+}

@@ -38,3 +38,8 @@ private:
 
     VeltorFormat m_format = VeltorFormat::EightCharacters;
 };
+
+// "J N 5 8 ": every character followed by a blank, so a screen reader spells the locator.
+QString spelledOut(const QString &locator);
+// The locator of the point at that precision, spelled as above.
+QString spelledVeltor(VeltorFormat format, Coordinate coordinate);

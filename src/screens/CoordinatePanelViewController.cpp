@@ -3,6 +3,12 @@
 #include "ApplicationStateSystem.h"
 #include "PreferencesSystem.h"
 
+CoordinatePanelViewController::CoordinatePanelViewController(QObject *parent)
+    : CoordinatePanelViewController(ApplicationStateSystem::sharedSystem(),
+                                    PreferencesSystem::sharedSystem(), parent)
+{
+}
+
 CoordinatePanelViewController::CoordinatePanelViewController(ApplicationStateSystem &state,
                                                              PreferencesSystem &preferences,
                                                              QObject *parent)
@@ -73,13 +79,23 @@ QString CoordinatePanelViewController::veltor2AccessibilityLabel() const
     return QStringLiteral("veltor ") + m_veltorAccessibilityLabel + QStringLiteral(", button");
 }
 
-QString CoordinatePanelViewController::spelledOut(const QString &locator)
+QString CoordinatePanelViewController::latitudeCaption()
 {
-    QString spelled;
-    spelled.reserve(locator.size() * 2);
-    for (const QChar c : locator) {
-        spelled += c;
-        spelled += QLatin1Char(' ');
-    }
-    return spelled;
+    //: Caption over the latitude read-out
+    //% "Latitude"
+    return qtTrId("panel.latitude.caption");
+}
+
+QString CoordinatePanelViewController::longitudeCaption()
+{
+    //: Caption over the longitude read-out
+    //% "Longitude"
+    return qtTrId("panel.longitude.caption");
+}
+
+QString CoordinatePanelViewController::veltorCaption()
+{
+    //: Caption over the grid locator read-out
+    //% "Locator"
+    return qtTrId("panel.veltor.caption");
 }

@@ -6,6 +6,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QtQml/qqmlregistration.h>
 
 #include <optional>
 
@@ -13,10 +14,15 @@ class ApplicationStateSystem;
 class PreferencesSystem;
 
 // The latitude, longitude and locator read-outs of the current point, with their spoken labels.
-// They follow the point and the notation and precision settings as they change.
+// They follow the point and the notation and precision settings as they change; tapping one
+// asks for the keypad that edits it.
 class CoordinatePanelViewController : public QObject
 {
     Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString latitudeCaption READ latitudeCaption CONSTANT)
+    Q_PROPERTY(QString longitudeCaption READ longitudeCaption CONSTANT)
+    Q_PROPERTY(QString veltorCaption READ veltorCaption CONSTANT)
     Q_PROPERTY(QString latitudeText READ latitudeText NOTIFY latitudeChanged)
     Q_PROPERTY(QString latitudeAccessibilityLabel READ latitudeAccessibilityLabel NOTIFY latitudeChanged)
     Q_PROPERTY(QString longitudeText READ longitudeText NOTIFY longitudeChanged)
@@ -26,8 +32,14 @@ class CoordinatePanelViewController : public QObject
     Q_PROPERTY(QString veltor2AccessibilityLabel READ veltor2AccessibilityLabel NOTIFY veltorChanged)
 
 public:
+    // Over the app's shared systems.
+    explicit CoordinatePanelViewController(QObject *parent = nullptr);
     CoordinatePanelViewController(ApplicationStateSystem &state, PreferencesSystem &preferences,
                                   QObject *parent = nullptr);
+
+    static QString latitudeCaption();
+    static QString longitudeCaption();
+    static QString veltorCaption();
 
     QString latitudeText() const { return m_latitudeText; }
     QString latitudeAccessibilityLabel() const { return m_latitudeAccessibilityLabel; }
@@ -37,13 +49,17 @@ public:
     QString veltorAccessibilityLabel() const { return m_veltorAccessibilityLabel; }
     QString veltor2AccessibilityLabel() const;
 
-    // "J N 5 8 ": each character read out on its own.
-    static QString spelledOut(const QString &locator);
+    Q_INVOKABLE void showLatitudeKeypad() { emit latitudeKeypadRequested(); }
+    Q_INVOKABLE void showLongitudeKeypad() { emit longitudeKeypadRequested(); }
+    Q_INVOKABLE void showVeltorKeypad() { emit veltorKeypadRequested(); }
 
 signals:
     void latitudeChanged();
     void longitudeChanged();
     void veltorChanged();
+    void latitudeKeypadRequested();
+    void longitudeKeypadRequested();
+    void veltorKeypadRequested();
 
 private:
     struct Axis

@@ -5,6 +5,12 @@
 
 #include <cmath>
 
+RootCoordinatePanelController::RootCoordinatePanelController(QObject *parent)
+    : RootCoordinatePanelController(ApplicationStateSystem::sharedSystem(),
+                                    PreferencesSystem::sharedSystem(), parent)
+{
+}
+
 RootCoordinatePanelController::RootCoordinatePanelController(ApplicationStateSystem &state,
                                                              PreferencesSystem &preferences,
                                                              QObject *parent)

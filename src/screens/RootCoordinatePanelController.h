@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QtQml/qqmlregistration.h>
 
 #include <optional>
 
@@ -16,10 +17,13 @@ class PreferencesSystem;
 class RootCoordinatePanelController : public QObject
 {
     Q_OBJECT
+    QML_ELEMENT
     Q_PROPERTY(QString accuracyText READ accuracyText NOTIFY accuracyChanged)
     Q_PROPERTY(qreal accuracyOpacity READ accuracyOpacity NOTIFY accuracyChanged)
 
 public:
+    // Over the app's shared systems.
+    explicit RootCoordinatePanelController(QObject *parent = nullptr);
     RootCoordinatePanelController(ApplicationStateSystem &state, PreferencesSystem &preferences,
                                   QObject *parent = nullptr);
 

@@ -55,9 +55,10 @@ void ApplicationStateSystem::setCoordinate(Coordinate coordinate)
 void ApplicationStateSystem::setCoordinateIsLiveTracked(bool live)
 {
     m_coordinateIsLiveTracked = live;
-    emit coordinateIsLiveTrackedChanged();
+    // Observers of the flag must never see "not live" with an accuracy still present.
     if (!live)
         setCoordinateAccuracy(std::nullopt);
+    emit coordinateIsLiveTrackedChanged();
 }
 
 void ApplicationStateSystem::setCoordinateAccuracy(std::optional<double> meters)

@@ -103,9 +103,10 @@ TEST(DistanceFormatterTest, NumbersFollowTheLocale)
         {us, Metric, 65, QStringLiteral("65 m")},
         {us, Metric, 1234.5, QStringLiteral("1.24 km")},
         {germany, Metric, 1234.5, QStringLiteral("1,24 km")},
-        // No grouping separators: a read-out is not a table of figures.
-        {germany, Metric, 12345678, QStringLiteral("12346 km")},
-        {us, Imperial, 402, QStringLiteral("1319 ft")},
+        // Thousands are grouped as the user's locale groups them.
+        {germany, Metric, 12345678, QStringLiteral("12.346 km")},
+        {us, Imperial, 402, QStringLiteral("1,319 ft")},
+        {germany, Imperial, 402, QStringLiteral("1.319 ft")},
         {us, Imperial, 16093.44, QStringLiteral("10 mi")},
         {egypt, Metric, 65, egypt.toString(65) + QStringLiteral(" m")},
     };

@@ -131,8 +131,13 @@ TEST_F(ApplicationStateSystemTest, EachChangeIsAnnouncedOnce)
     EXPECT_EQ(state->coordinateAccuracy(), 65.0);
     EXPECT_EQ(state->coordinateAccuracyVariant(), QVariant(65.0));
 
-    // Stopping clears the accuracy, announced even when there was none already.
+    // Stopping clears the accuracy, announced even when there was none already, and before
+    // the flag: whoever hears "not live" finds no accuracy left.
+    bool accuracyGoneWhenFlagHeard = false;
+    QObject::connect(state.get(), &ApplicationStateSystem::coordinateIsLiveTrackedChanged,
+                     [&] { accuracyGoneWhenFlagHeard = !state->coordinateAccuracy().has_value(); });
     state->setCoordinateIsLiveTracked(false);
+    EXPECT_TRUE(accuracyGoneWhenFlagHeard);
     EXPECT_FALSE(state->coordinateAccuracy().has_value());
     EXPECT_EQ(live.count(), 2);
     EXPECT_EQ(accuracy.count(), 2);

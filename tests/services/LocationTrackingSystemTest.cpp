@@ -156,7 +156,7 @@ TEST_F(LocationTrackingSystemTest, EndingStopsUpdatesAndClearsTheLiveFlag)
     EXPECT_FALSE(m_state.coordinateAccuracy().has_value());
     // The last point stays where the last fix put it.
     EXPECT_EQ(m_state.coordinate(), greenwich.coordinate);
-    EXPECT_EQ(m_log, (Log{"tracking", "live", "accuracy"}));
+    EXPECT_EQ(m_log, (Log{"tracking", "accuracy", "live"}));
     m_system.endTracking();
     EXPECT_EQ(m_manager.stops, 1);
 }
@@ -180,7 +180,7 @@ TEST_F(LocationTrackingSystemTest, NotDeterminedAsksThenStartsWhenAllowed)
     EXPECT_EQ(m_manager.stops, 1);
     EXPECT_FALSE(m_state.coordinateIsLiveTracked());
     EXPECT_EQ(m_alerts.count(), 0);
-    EXPECT_EQ(m_log, (Log{"tracking", "live", "accuracy"}));
+    EXPECT_EQ(m_log, (Log{"tracking", "accuracy", "live"}));
 }
 
 struct PermissionCase
@@ -287,7 +287,7 @@ TEST_F(LocationTrackingSystemTest, AFailureStopsTrackingAndIsLogged)
     EXPECT_FALSE(m_state.coordinateAccuracy().has_value());
     EXPECT_EQ(m_alerts.count(), 0);
     // The stopping step, then the live flag cleared once more.
-    EXPECT_EQ(m_log, (Log{"tracking", "live", "accuracy", "live", "accuracy"}));
+    EXPECT_EQ(m_log, (Log{"tracking", "accuracy", "live", "accuracy", "live"}));
 }
 
 TEST_F(LocationTrackingSystemTest, AFailureWhenNotTrackingStillClearsTheLiveFlag)
@@ -302,7 +302,7 @@ TEST_F(LocationTrackingSystemTest, AFailureWhenNotTrackingStillClearsTheLiveFlag
     EXPECT_EQ(m_manager.stops, 0);
     EXPECT_FALSE(m_state.coordinateIsLiveTracked());
     EXPECT_FALSE(m_state.coordinateAccuracy().has_value());
-    EXPECT_EQ(m_log, (Log{"live", "accuracy"}));
+    EXPECT_EQ(m_log, (Log{"accuracy", "live"}));
 }
 
 TEST_F(LocationTrackingSystemTest, GoingToTheBackgroundStopsForGood)
@@ -314,7 +314,7 @@ TEST_F(LocationTrackingSystemTest, GoingToTheBackgroundStopsForGood)
     EXPECT_FALSE(m_system.tracking());
     EXPECT_EQ(m_manager.stops, 1);
     EXPECT_FALSE(m_state.coordinateIsLiveTracked());
-    EXPECT_EQ(m_log, (Log{"tracking", "live", "accuracy"}));
+    EXPECT_EQ(m_log, (Log{"tracking", "accuracy", "live"}));
     EXPECT_EQ(m_manager.starts, 0);
 }
 

@@ -1,0 +1,5 @@
+import Veltor
+
+UnderlineButton {
+    font: Theme.body1Font
+}

@@ -1,0 +1,51 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Templates as T
+import Veltor
+
+// Presents one screen modally: a centred card on a wide window, the whole window on a narrow
+// one. The screen is made when presented and destroyed when the sheet closes.
+Popup {
+    id: sheet
+
+    readonly property size sheetSize: Theme.formSheetSize(Qt.size(parent.width, parent.height))
+
+    function present(screen: Component) {
+        loader.sourceComponent = screen
+        open()
+    }
+
+    parent: T.Overlay.overlay
+    x: (parent.width - width) / 2
+    y: (parent.height - height) / 2
+    width: sheetSize.width
+    height: sheetSize.height
+    padding: 0
+    modal: true
+    focus: true
+    // Screens close themselves (Done, Escape); a stray tap outside must not lose typing.
+    closePolicy: Popup.NoAutoClose
+
+    background: Rectangle {
+        color: Theme.surfaceColor
+        border.color: Theme.dividerColor
+    }
+    T.Overlay.modal: Rectangle {
+        color: Theme.scrimColor
+    }
+
+    Loader {
+        id: loader
+        anchors.fill: parent
+        focus: true
+    }
+    // Every screen presented here closes itself by asking to be dismissed.
+    Connections {
+        target: loader.item
+        ignoreUnknownSignals: true
+        function onDismissRequested() { sheet.close() }
+    }
+
+    onOpened: loader.forceActiveFocus()
+    onClosed: loader.sourceComponent = null
+}

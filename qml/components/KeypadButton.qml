@@ -1,0 +1,53 @@
+import QtQuick
+import QtQuick.Templates as T
+import Veltor
+
+// A key of the keypads: a flat face with its title or glyph, colours swapped while pressed
+// (or always, for the alternate style), a click on every touch-down. A disabled key is left
+// out of what a screen reader walks through.
+T.AbstractButton {
+    id: control
+
+    property string title
+    property string accessibilityTitle
+    property bool alternateStyle: false
+    // The name of a glyph drawn in place of the title, in the key's foreground colour.
+    property string maskImage
+
+    readonly property color backgroundColor: Theme.keyBackgroundColor(alternateStyle, down)
+    readonly property color foregroundColor: Theme.keyForegroundColor(alternateStyle, down)
+
+    implicitWidth: Theme.minimumTouchSize
+    implicitHeight: Theme.minimumTouchSize
+    font: Theme.keyFont
+
+    background: Rectangle {
+        color: control.backgroundColor
+    }
+    contentItem: Item {
+        opacity: Theme.keyContentOpacity(control.enabled)
+        Text {
+            anchors.fill: parent
+            text: control.title
+            color: control.foregroundColor
+            font: control.font
+            horizontalAlignment: Text.AlignHCenter
+            verticalAlignment: Text.AlignVCenter
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: 12
+        }
+        Image {
+            anchors.centerIn: parent
+            source: Theme.glyphSource(control.maskImage, control.foregroundColor)
+            sourceSize.width: 34
+            sourceSize.height: 24
+        }
+    }
+
+    onPressed: KeyboardClick.play()
+
+    Accessible.role: Accessible.Button
+    Accessible.name: Theme.keyAccessibilityLabel(control.title, control.accessibilityTitle)
+    Accessible.ignored: !control.enabled
+    Accessible.onPressAction: control.clicked()
+}

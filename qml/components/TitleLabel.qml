@@ -1,0 +1,7 @@
+import QtQuick.Controls.Basic
+import Veltor
+
+Label {
+    color: Theme.textColor
+    font: Theme.titleFont
+}

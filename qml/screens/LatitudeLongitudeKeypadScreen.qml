@@ -1,0 +1,102 @@
+import QtQuick
+import QtQuick.Layouts
+import Veltor
+
+// The latitude/longitude keypad: what is typed above, Delete and Done, then the digits laid
+// out like a calculator with the hemisphere, degree and minute keys in the last column.
+FocusScope {
+    id: screen
+
+    property alias style: controller.style
+    readonly property real hairline: Theme.hairline(Screen.devicePixelRatio)
+
+    focus: true
+
+    signal dismissRequested()
+
+    LatitudeLongitudeKeypadViewController {
+        id: controller
+        onDismissRequested: screen.dismissRequested()
+        onAccessibilityFocusRequested: output.forceActiveFocus()
+    }
+
+    Keys.onPressed: event => event.accepted = controller.handleKey(event.key, event.text)
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.keyFaceColor
+    }
+
+    GridLayout {
+        anchors.fill: parent
+        flow: Theme.panelFlow(width, height)
+        rows: 2
+        columns: 2
+        rowSpacing: 0
+        columnSpacing: 0
+
+        ColumnLayout {
+            Layout.fillWidth: true
+            Layout.alignment: Qt.AlignVCenter
+            spacing: 0
+
+            CaptionLabel {
+                Layout.alignment: Qt.AlignHCenter
+                Layout.topMargin: Theme.spacing
+                text: controller.title
+            }
+            KeypadInputLabel {
+                id: output
+                Layout.fillWidth: true
+                Layout.margins: Theme.spacing
+                text: controller.outputText
+                accessibilityLabel: controller.outputAccessibilityLabel
+                focus: true
+            }
+            Rectangle {
+                Layout.fillWidth: true
+                implicitHeight: done.implicitHeight + screen.hairline
+                color: Theme.dividerColor
+                KeypadButton {
+                    id: done
+                    anchors.fill: parent
+                    anchors.topMargin: screen.hairline
+                    title: controller.doneTitle
+                    alternateStyle: true
+                    onClicked: controller.doneButtonTapped()
+                }
+            }
+        }
+
+        Rectangle {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            implicitHeight: keys.implicitHeight
+            implicitWidth: keys.implicitWidth
+            color: Theme.dividerColor
+            GridLayout {
+                id: keys
+                anchors.fill: parent
+                anchors.topMargin: screen.hairline
+                columns: 4
+                rowSpacing: screen.hairline
+                columnSpacing: screen.hairline
+                Repeater {
+                    model: controller.keys
+                    KeypadButton {
+                        required property KeypadKey modelData
+                        Layout.row: modelData.row
+                        Layout.column: modelData.column
+                        Layout.fillWidth: true
+                        Layout.fillHeight: true
+                        title: modelData.title
+                        accessibilityTitle: modelData.accessibilityTitle
+                        maskImage: modelData.maskImage
+                        enabled: modelData.enabled
+                        onClicked: modelData.press()
+                    }
+                }
+            }
+        }
+    }
+}

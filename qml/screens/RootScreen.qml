@@ -1,0 +1,211 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Veltor
+
+// The root screen: the toolbar with the accuracy of a live fix, the coordinate panel, the map
+// panel, and the host that presents the keypads as form sheets.
+Page {
+    id: screen
+
+    property string initialScreen
+    property real initialZoomLevel: 11
+    title: controller.title
+    // The map has every tile it needs and nothing moves: a picture now shows the whole screen.
+    readonly property bool settled: map.idle
+
+    RootViewController {
+        id: controller
+        initialScreen: screen.initialScreen
+    }
+    RootCoordinatePanelController {
+        id: toolbarController
+    }
+
+    background: Rectangle {
+        color: Theme.windowColor
+    }
+
+    header: Rectangle {
+        implicitHeight: toolbar.implicitHeight
+        color: Theme.surfaceColor
+        RowLayout {
+            id: toolbar
+            anchors.fill: parent
+            anchors.leftMargin: Theme.spacing
+            anchors.rightMargin: Theme.spacing
+            UnderlineButton {
+                title: panel.controller.veltorText
+                accessibilityLabel: panel.controller.veltor2AccessibilityLabel
+                textAlignment: Text.AlignLeft
+                onClicked: panel.controller.showVeltorKeypad()
+            }
+            Item {
+                Layout.fillWidth: true
+            }
+            Body1Label {
+                text: toolbarController.accuracyText
+                opacity: toolbarController.accuracyOpacity
+                color: Theme.tintColor
+                Accessible.name: text
+            }
+        }
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        Rectangle {
+            Layout.fillWidth: true
+            visible: controller.bannerVisible
+            implicitHeight: bannerText.implicitHeight + 2 * Theme.spacing
+            color: Theme.warningColor
+            Body1Label {
+                id: bannerText
+                anchors.fill: parent
+                anchors.margins: Theme.spacing
+                text: controller.bannerMessage
+                wrapMode: Text.Wrap
+            }
+        }
+
+        CoordinatePanelScreen {
+            id: panel
+            Layout.fillWidth: true
+        }
+
+        Rectangle {
+            Layout.fillWidth: true
+            implicitHeight: Theme.hairline(Screen.devicePixelRatio)
+            color: Theme.dividerColor
+        }
+
+        MapView {
+            id: map
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+
+            MapPanelController {
+                id: mapPanel
+                map: map
+                initialZoomLevel: screen.initialZoomLevel
+            }
+
+            Column {
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                anchors.rightMargin: Theme.spacing
+                spacing: Theme.spacing
+                MapControlButton {
+                    title: mapPanel.zoomInTitle
+                    accessibilityTitle: mapPanel.zoomInAccessibilityTitle
+                    onClicked: map.zoomIn()
+                }
+                MapControlButton {
+                    title: mapPanel.zoomOutTitle
+                    accessibilityTitle: mapPanel.zoomOutAccessibilityTitle
+                    onClicked: map.zoomOut()
+                }
+            }
+
+            CaptionLabel {
+                anchors.left: parent.left
+                anchors.bottom: trackButton.top
+                anchors.margins: 6
+                text: map.attribution
+                color: Theme.mapControlTextColor
+                font.pixelSize: 11
+                padding: 3
+                background: Rectangle {
+                    color: Theme.mapControlColor
+                    radius: 3
+                }
+            }
+
+            WideButton {
+                id: trackButton
+                anchors.left: parent.left
+                anchors.right: parent.right
+                anchors.bottom: parent.bottom
+                anchors.margins: Theme.spacing
+                title: mapPanel.trackingButtonTitle
+                accessibilityTitle: mapPanel.trackingButtonAccessibilityTitle
+                accessibilityHint: mapPanel.trackingButtonAccessibilityHint
+                alternateStyle: mapPanel.tracking
+                onClicked: mapPanel.toggleTracking()
+            }
+        }
+    }
+
+    FormSheet {
+        id: sheet
+    }
+    Component {
+        id: latitudeKeypad
+        LatitudeLongitudeKeypadScreen {
+            style: LatitudeLongitudeKeypadViewController.Latitude
+        }
+    }
+    Component {
+        id: longitudeKeypad
+        LatitudeLongitudeKeypadScreen {
+            style: LatitudeLongitudeKeypadViewController.Longitude
+        }
+    }
+    Component {
+        id: veltorKeypad
+        VeltorKeypadScreen {}
+    }
+
+    Connections {
+        target: panel.controller
+        function onLatitudeKeypadRequested() { sheet.present(latitudeKeypad) }
+        function onLongitudeKeypadRequested() { sheet.present(longitudeKeypad) }
+        function onVeltorKeypadRequested() { sheet.present(veltorKeypad) }
+    }
+    Connections {
+        target: controller
+        function onLatitudeKeypadRequested() { sheet.present(latitudeKeypad) }
+        function onLongitudeKeypadRequested() { sheet.present(longitudeKeypad) }
+        function onVeltorKeypadRequested() { sheet.present(veltorKeypad) }
+        function onAlertRequested(title: string, message: string, dismissButton: string) {
+            alert.title = title
+            alertMessage.text = message
+            alertButton.title = dismissButton
+            alert.open()
+        }
+    }
+
+    Dialog {
+        id: alert
+        anchors.centerIn: parent
+        width: Math.min(parent.width - 48, 360)
+        modal: true
+        background: Rectangle {
+            color: Theme.surfaceColor
+            radius: 10
+            border.color: Theme.tintColor
+        }
+        header: Body2Label {
+            text: alert.title
+            padding: Theme.spacing
+            wrapMode: Text.Wrap
+        }
+        Body1Label {
+            id: alertMessage
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+        footer: Item {
+            implicitHeight: alertButton.implicitHeight + 2 * Theme.spacing
+            WideButton {
+                id: alertButton
+                anchors.fill: parent
+                anchors.margins: Theme.spacing
+                accessibilityTitle: title
+                onClicked: alert.accept()
+            }
+        }
+    }
+}

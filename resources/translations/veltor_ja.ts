@@ -1,0 +1,207 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ja">
+<context>
+    <name></name>
+    <message id="keypad.lat-lon.title.latitude">
+        <source>Latitude</source>
+        <extracomment>Heading of the keypad on which a latitude is typed</extracomment>
+        <translation>緯度</translation>
+    </message>
+    <message id="keypad.lat-lon.title.longitude">
+        <source>Longitude</source>
+        <extracomment>Heading of the keypad on which a longitude is typed</extracomment>
+        <translation>経度</translation>
+    </message>
+    <message id="keypad.lat-lon.decimal.spoken">
+        <source>decimal point</source>
+        <extracomment>Spoken name of the decimal point key</extracomment>
+        <translation>小数点</translation>
+    </message>
+    <message id="keypad.lat-lon.degrees.spoken">
+        <source>degrees</source>
+        <extracomment>Spoken name of the key that closes the degrees and starts the minutes</extracomment>
+        <translation>度</translation>
+    </message>
+    <message id="keypad.lat-lon.minutes.spoken">
+        <source>minutes</source>
+        <extracomment>Spoken name of the key that closes the minutes and starts the seconds</extracomment>
+        <translation>分</translation>
+    </message>
+    <message id="keypad.delete">
+        <source>delete</source>
+        <extracomment>Spoken name of the key that deletes the last character typed</extracomment>
+        <translation>削除</translation>
+    </message>
+    <message id="keypad.lat-lon.north">
+        <source>North</source>
+        <extracomment>North Button</extracomment>
+        <translation>北</translation>
+    </message>
+    <message id="keypad.lat-lon.west">
+        <source>West</source>
+        <extracomment>West Button</extracomment>
+        <translation>西</translation>
+    </message>
+    <message id="keypad.lat-lon.north.spoken">
+        <source>north</source>
+        <extracomment>Spoken name of the North key</extracomment>
+        <translation>北</translation>
+    </message>
+    <message id="keypad.lat-lon.west.spoken">
+        <source>west</source>
+        <extracomment>Spoken name of the West key</extracomment>
+        <translation>西</translation>
+    </message>
+    <message id="keypad.lat-lon.south">
+        <source>South</source>
+        <extracomment>South Button</extracomment>
+        <translation>南</translation>
+    </message>
+    <message id="keypad.lat-lon.east">
+        <source>East</source>
+        <extracomment>East Button</extracomment>
+        <translation>東</translation>
+    </message>
+    <message id="keypad.lat-lon.south.spoken">
+        <source>south</source>
+        <extracomment>Spoken name of the South key</extracomment>
+        <translation>南</translation>
+    </message>
+    <message id="keypad.lat-lon.east.spoken">
+        <source>east</source>
+        <extracomment>Spoken name of the East key</extracomment>
+        <translation>東</translation>
+    </message>
+    <message id="general.done">
+        <source>Done</source>
+        <extracomment>Done Button</extracomment>
+        <translation>完了</translation>
+    </message>
+    <message id="keypad.veltor.title">
+        <source>Locator</source>
+        <extracomment>Heading of the locator keypad</extracomment>
+        <translation>ロケーター</translation>
+    </message>
+    <message id="distance.meters.long">
+        <source>%&apos;lld m</source>
+        <extracomment>Long Meters Distance</extracomment>
+        <translation>%&apos;lld m</translation>
+    </message>
+    <message id="distance.kilometers.long.fractional">
+        <source>%.2f km</source>
+        <extracomment>Long Kilometers Distance</extracomment>
+        <translation>%.2f km</translation>
+    </message>
+    <message id="distance.kilometers.long.integral">
+        <source>%&apos;lld km</source>
+        <extracomment>Long Kilometers Distance</extracomment>
+        <translation>%&apos;lld km</translation>
+    </message>
+    <message id="distance.feet.long">
+        <source>%&apos;lld ft</source>
+        <extracomment>Long Feet Distance</extracomment>
+        <translation>%&apos;lld ft</translation>
+    </message>
+    <message id="distance.miles.long.fractional">
+        <source>%.2f mi</source>
+        <extracomment>Long Miles Distance</extracomment>
+        <translation>%.2f mi</translation>
+    </message>
+    <message id="distance.miles.long.integral">
+        <source>%&apos;lld mi</source>
+        <extracomment>Long Miles Distance</extracomment>
+        <translation>%&apos;lld mi</translation>
+    </message>
+    <message id="map.attribution.default">
+        <source>Map tiles: %1</source>
+        <extracomment>Credit shown on the map for a tile server that named none; %1 is its host name</extracomment>
+        <translation>地図タイル：%1</translation>
+    </message>
+    <message id="map.zoom-in">
+        <source>Zoom in</source>
+        <extracomment>Spoken name of the map&apos;s zoom-in button</extracomment>
+        <translation>拡大</translation>
+    </message>
+    <message id="map.zoom-out">
+        <source>Zoom out</source>
+        <extracomment>Spoken name of the map&apos;s zoom-out button</extracomment>
+        <translation>縮小</translation>
+    </message>
+    <message id="tracking.button.stop">
+        <source>Stop tracking</source>
+        <extracomment>Text of the tracking button while the position is tracked</extracomment>
+        <translation>追跡を停止</translation>
+    </message>
+    <message id="tracking.button.start">
+        <source>Track my position</source>
+        <extracomment>Text of the tracking button while the position is not tracked</extracomment>
+        <translation>現在地を追跡</translation>
+    </message>
+    <message id="tracking.button.enabled.accessibility.title">
+        <source>Tracking enabled</source>
+        <extracomment>Tracking enabled</extracomment>
+        <translation>追跡オン</translation>
+    </message>
+    <message id="tracking.button.disabled.accessibility.title">
+        <source>Tracking disabled</source>
+        <extracomment>Tracking disabled</extracomment>
+        <translation>追跡オフ</translation>
+    </message>
+    <message id="tracking.button.enabled.accessibility.hint">
+        <source>Disables tracking</source>
+        <extracomment>Disables tracking</extracomment>
+        <translation>追跡をオフにします</translation>
+    </message>
+    <message id="tracking.button.disabled.accessibility.hint">
+        <source>Enables tracking</source>
+        <extracomment>Enables tracking</extracomment>
+        <translation>追跡をオンにします</translation>
+    </message>
+    <message id="panel.latitude.caption">
+        <source>Latitude</source>
+        <extracomment>Caption over the latitude read-out</extracomment>
+        <translation>緯度</translation>
+    </message>
+    <message id="panel.longitude.caption">
+        <source>Longitude</source>
+        <extracomment>Caption over the longitude read-out</extracomment>
+        <translation>経度</translation>
+    </message>
+    <message id="panel.veltor.caption">
+        <source>Locator</source>
+        <extracomment>Caption over the grid locator read-out</extracomment>
+        <translation>ロケーター</translation>
+    </message>
+    <message id="toolbar.accuracy">
+        <source>± %1</source>
+        <extracomment>Label showing accuracy of tracked location</extracomment>
+        <translation>± %1</translation>
+    </message>
+    <message id="app.name">
+        <source>Veltor</source>
+        <extracomment>The app&apos;s name, in the window title</extracomment>
+        <translation>Veltor</translation>
+    </message>
+    <message id="tracking.error.disabled.title">
+        <source>Location Unavailable</source>
+        <extracomment>Tracking Disabled Title</extracomment>
+        <translation>位置情報を利用できません</translation>
+    </message>
+    <message id="tracking.error.disabled.message">
+        <source>Veltor cannot use your position. Check that a GPS source is connected and that location access is allowed.</source>
+        <extracomment>Tracking Disabled Message</extracomment>
+        <translation>Veltorは現在地を使用できません。GPSソースが接続されていること、および位置情報へのアクセスが許可されていることを確認してください。</translation>
+    </message>
+    <message id="general.ok">
+        <source>OK</source>
+        <extracomment>Action to dismiss dialog</extracomment>
+        <translation>OK</translation>
+    </message>
+    <message id="settings.error.not-saved">
+        <source>Settings cannot be saved to %1. Changes last until Veltor closes.</source>
+        <extracomment>Shown when the settings file cannot be written (read-only or full disk)</extracomment>
+        <translation>設定を%1に保存できません。変更はVeltorを終了するまで有効です。</translation>
+    </message>
+</context>
+</TS>

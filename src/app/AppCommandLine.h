@@ -1,0 +1,44 @@
+#pragma once
+
+#include "MapPanelController.h"
+#include "Theme.h"
+
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+// What the app was asked to do on its command line. Reading it needs no display, so --help,
+// --version and usage errors answer on a machine without one.
+struct AppCommandLine
+{
+    enum class Action
+    {
+        Run,
+        ShowHelp,
+        ShowVersion,
+        UsageError
+    };
+
+    Action action = Action::Run;
+    // The help or version text, or why the command line is wrong (with the help after it).
+    QString message;
+
+    std::optional<QString> screenshotFile;
+    std::optional<QString> settingsFile;
+    std::optional<QString> gpsSource;
+    bool track = false;
+    double zoomLevel = MapPanelController::defaultZoomLevel;
+    std::optional<QSize> windowSize;
+    // An empty template switches back to the offline basemap.
+    std::optional<QString> tileTemplate;
+    std::optional<QString> tileAttribution;
+    Theme::Appearance appearance = Theme::Day;
+    QString initialScreen;
+
+    // Reads the arguments, the program's name first.
+    static AppCommandLine parse(const QStringList &arguments);
+    // The exit status for an action that ends the app before it starts.
+    int exitStatus() const { return action == Action::UsageError ? 2 : 0; }
+};

@@ -1,0 +1,143 @@
+#include "Theme.h"
+
+#include "KeypadGlyphProvider.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+struct Palette
+{
+    QColor window, surface, text, caption, tint, keyFace, divider, warning, scrim, mapControl,
+        mapControlText;
+};
+
+const Palette &paletteFor(Theme::Appearance appearance)
+{
+    static const std::array<Palette, 3> palettes{{
+        // Day: white keys with blue text on light surfaces.
+        {QColor(0xff, 0xff, 0xff), QColor(0xf2, 0xf3, 0xf5), veltorTextColor(),
+         QColor::fromRgbF(2.0 / 3, 2.0 / 3, 2.0 / 3), QColor(0x0a, 0x5f, 0xc2),
+         QColor(0xff, 0xff, 0xff), QColor(0xc6, 0xc9, 0xce), QColor(0xfd, 0xe3, 0xd8),
+         QColor(0, 0, 0, 0x66), QColor(0xff, 0xff, 0xff, 0xe6), veltorTextColor()},
+        // Night: dark surfaces with amber, readable without lighting up a tent.
+        {QColor(0x10, 0x16, 0x1c), QColor(0x18, 0x21, 0x2a), QColor(0xe6, 0xeb, 0xef),
+         QColor(0x8a, 0xa0, 0xb2), QColor(0xff, 0xb0, 0x20), QColor(0x1b, 0x25, 0x2f),
+         QColor(0x2e, 0x3b, 0x47), QColor(0x5a, 0x2a, 0x1a), QColor(0, 0, 0, 0x99),
+         QColor(0x18, 0x21, 0x2a, 0xe6), QColor(0xe6, 0xeb, 0xef)},
+        // Red: black and deep red only, nothing brighter than it must be.
+        {QColor(0, 0, 0), QColor(0x0c, 0, 0), QColor(0xb0, 0, 0), QColor(0x78, 0, 0),
+         QColor(0xc8, 0, 0), QColor(0, 0, 0), QColor(0x40, 0, 0), QColor(0x30, 0, 0),
+         QColor(0, 0, 0, 0xb3), QColor(0, 0, 0, 0xe6), QColor(0xb0, 0, 0)},
+    }};
+    return palettes.at(static_cast<std::size_t>(appearance));
+}
+
+QFont systemFont(qreal pointSize, QFont::Weight weight = QFont::Normal)
+{
+    QFont font;
+    font.setPixelSize(qRound(pointSize));
+    font.setWeight(weight);
+    return font;
+}
+
+} // namespace
+
+QColor veltorTextColor()
+{
+    return QColor::fromRgbF(0.15f, 0.15f, 0.15f, 1.0f);
+}
+
+Theme::Theme(QObject *parent) : QObject(parent) {}
+
+std::optional<Theme::Appearance> Theme::appearanceFromName(const QString &name)
+{
+    if (name == QLatin1String("day"))
+        return Day;
+    if (name == QLatin1String("night"))
+        return Night;
+    if (name == QLatin1String("red"))
+        return Red;
+    return std::nullopt;
+}
+
+void Theme::setAppearance(Appearance appearance)
+{
+    if (appearance == m_appearance)
+        return;
+    m_appearance = appearance;
+    emit appearanceChanged();
+}
+
+QColor Theme::windowColor() const { return paletteFor(m_appearance).window; }
+QColor Theme::surfaceColor() const { return paletteFor(m_appearance).surface; }
+QColor Theme::textColor() const { return paletteFor(m_appearance).text; }
+QColor Theme::captionColor() const { return paletteFor(m_appearance).caption; }
+QColor Theme::tintColor() const { return paletteFor(m_appearance).tint; }
+QColor Theme::keyFaceColor() const { return paletteFor(m_appearance).keyFace; }
+QColor Theme::dividerColor() const { return paletteFor(m_appearance).divider; }
+QColor Theme::warningColor() const { return paletteFor(m_appearance).warning; }
+QColor Theme::scrimColor() const { return paletteFor(m_appearance).scrim; }
+QColor Theme::mapControlColor() const { return paletteFor(m_appearance).mapControl; }
+QColor Theme::mapControlTextColor() const { return paletteFor(m_appearance).mapControlText; }
+
+QFont Theme::titleFont() { return systemFont(34.0, QFont::Light); }
+QFont Theme::body1Font() { return systemFont(17.0); }
+QFont Theme::body2Font() { return systemFont(17.0, QFont::Bold); }
+
+QFont Theme::captionFont()
+{
+    QFont font = systemFont(15.0);
+    font.setItalic(true);
+    return font;
+}
+
+QFont Theme::underlineButtonFont() { return systemFont(15.0); }
+QFont Theme::keyFont() { return systemFont(28.0, QFont::Light); }
+QFont Theme::keypadInputFont() { return systemFont(48.0, QFont::Thin); }
+QFont Theme::readoutFont() { return systemFont(22.0, QFont::Medium); }
+
+QColor Theme::keyBackgroundColor(bool alternateStyle, bool pressed) const
+{
+    return alternateStyle != pressed ? tintColor() : keyFaceColor();
+}
+
+QColor Theme::keyForegroundColor(bool alternateStyle, bool pressed) const
+{
+    return alternateStyle != pressed ? keyFaceColor() : tintColor();
+}
+
+qreal Theme::hairline(qreal devicePixelRatio)
+{
+    return devicePixelRatio > 0.0 ? 1.0 / devicePixelRatio : 1.0;
+}
+
+QString Theme::keyAccessibilityLabel(const QString &title, const QString &accessibilityTitle)
+{
+    return accessibilityTitle.isEmpty() ? title : accessibilityTitle;
+}
+
+QUrl Theme::glyphSource(const QString &name, const QColor &colour)
+{
+    if (name.isEmpty())
+        return {};
+    return QUrl(QStringLiteral("image://%1/%2/%3")
+                    .arg(KeypadGlyphProvider::providerId, name, colour.name(QColor::HexArgb).mid(1)));
+}
+
+QSizeF Theme::formSheetSize(const QSizeF &window)
+{
+    // A card narrower than this, or a window shorter than the keypad, wastes the screen.
+    constexpr QSizeF card{540.0, 720.0};
+    constexpr qreal margin = 40.0;
+    if (window.width() < card.width() + 2 * margin || window.height() < 600.0)
+        return window;
+    return {card.width(), std::min(card.height(), window.height() - 2 * margin)};
+}
+
+int Theme::panelFlow(qreal width, qreal height)
+{
+    // GridLayout's flows: 0 left to right, 1 top to bottom.
+    return width > height ? 0 : 1;
+}

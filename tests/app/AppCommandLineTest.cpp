@@ -1,0 +1,81 @@
+#include "AppCommandLine.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+AppCommandLine parse(QStringList arguments)
+{
+    arguments.prepend(QStringLiteral("veltor"));
+    return AppCommandLine::parse(arguments);
+}
+
+TEST(AppCommandLineTest, BadArgumentsAreUsageErrorsThatSayWhy)
+{
+    struct Case
+    {
+        QStringList arguments;
+        const char *why;
+    };
+    const Case cases[] = {
+        {{QStringLiteral("--zoom"), QStringLiteral("23")}, "--zoom 23"},
+        {{QStringLiteral("--zoom"), QStringLiteral("-1")}, "--zoom -1"},
+        {{QStringLiteral("--zoom"), QStringLiteral("far")}, "--zoom far"},
+        {{QStringLiteral("--size"), QStringLiteral("800")}, "--size 800"},
+        {{QStringLiteral("--size"), QStringLiteral("100x100")}, "--size 100x100"},
+        {{QStringLiteral("--size"), QStringLiteral("wxh")}, "--size wxh"},
+        {{QStringLiteral("--tiles"), QStringLiteral("file:///t/{z}/{x}/{y}.png")}, "--tiles file:///t/"},
+        {{QStringLiteral("--gps"), QStringLiteral("/no/such/log.nmea")}, "--gps /no/such/log.nmea"},
+        {{QStringLiteral("--appearance"), QStringLiteral("dusk")}, "--appearance dusk"},
+        {{QStringLiteral("--open"), QStringLiteral("settings-of-mars")}, "--open settings-of-mars"},
+        {{QStringLiteral("--no-such-option")}, "no-such-option"},
+        {{QStringLiteral("stray")}, "unexpected stray"},
+    };
+    for (const Case &c : cases) {
+        const AppCommandLine result = parse(c.arguments);
+        EXPECT_EQ(result.action, AppCommandLine::Action::UsageError) << c.why;
+        EXPECT_EQ(result.exitStatus(), 2) << c.why;
+        EXPECT_TRUE(result.message.contains(QLatin1String(c.why))) << result.message.toStdString();
+        // The help follows the reason, so the user sees what would have worked.
+        EXPECT_TRUE(result.message.contains(QLatin1String("--appearance"))) << c.why;
+    }
+}
+
+TEST(AppCommandLineTest, HelpAndVersionEndTheAppAtOnce)
+{
+    const AppCommandLine help = parse({QStringLiteral("--help")});
+    EXPECT_EQ(help.action, AppCommandLine::Action::ShowHelp);
+    EXPECT_EQ(help.exitStatus(), 0);
+    for (const char *option : {"--screenshot", "--open", "--appearance", "--zoom", "--gps"})
+        EXPECT_TRUE(help.message.contains(QLatin1String(option))) << option;
+    const AppCommandLine version = parse({QStringLiteral("-v")});
+    EXPECT_EQ(version.action, AppCommandLine::Action::ShowVersion);
+    EXPECT_EQ(version.message, QStringLiteral("veltor " VELTOR_VERSION "\n"));
+}
+
+TEST(AppCommandLineTest, EveryOptionReachesItsSetting)
+{
+    const AppCommandLine run = parse(
+        {QStringLiteral("--appearance"), QStringLiteral("red"), QStringLiteral("--open"),
+         QStringLiteral("latitude-keypad"), QStringLiteral("--zoom"), QStringLiteral("7.5"),
+         QStringLiteral("--size"), QStringLiteral("844x390"), QStringLiteral("--tiles"),
+         QStringLiteral("offline"), QStringLiteral("--screenshot"), QStringLiteral("shot.png"),
+         QStringLiteral("--track")});
+    EXPECT_EQ(run.action, AppCommandLine::Action::Run);
+    EXPECT_EQ(run.appearance, Theme::Red);
+    EXPECT_EQ(run.initialScreen, QStringLiteral("latitude-keypad"));
+    EXPECT_EQ(run.zoomLevel, 7.5);
+    EXPECT_EQ(run.windowSize, QSize(844, 390));
+    EXPECT_EQ(run.tileTemplate, QString()); // "offline": back to the basemap
+    EXPECT_EQ(run.screenshotFile, QStringLiteral("shot.png"));
+    EXPECT_TRUE(run.track);
+
+    const AppCommandLine plain = parse({});
+    EXPECT_EQ(plain.appearance, Theme::Day);
+    EXPECT_EQ(plain.zoomLevel, 11.0);
+    EXPECT_TRUE(plain.initialScreen.isEmpty());
+    EXPECT_FALSE(plain.tileTemplate.has_value());
+    EXPECT_FALSE(plain.track);
+}
+
+} // namespace

@@ -1,0 +1,112 @@
+#include "KeypadGlyphProvider.h"
+#include "Theme.h"
+
+#include <QImage>
+#include <QPainterPath>
+#include <QSignalSpy>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QList<QColor> everyColour(const Theme &theme)
+{
+    return {theme.windowColor(),     theme.surfaceColor(),   theme.textColor(),
+            theme.captionColor(),    theme.tintColor(),      theme.keyFaceColor(),
+            theme.dividerColor(),    theme.warningColor(),   theme.scrimColor(),
+            theme.mapControlColor(), theme.mapControlTextColor()};
+}
+
+TEST(ThemeTest, DayTextIsTheAppsGrey)
+{
+    const Theme theme;
+    EXPECT_EQ(theme.appearance(), Theme::Day);
+    EXPECT_EQ(theme.textColor(), QColor::fromRgbF(0.15f, 0.15f, 0.15f));
+    EXPECT_EQ(veltorTextColor().alphaF(), 1.0f);
+}
+
+TEST(ThemeTest, RedAppearanceIsBlackAndDeepRedOnly)
+{
+    Theme theme;
+    QSignalSpy changed(&theme, &Theme::appearanceChanged);
+    theme.setAppearance(Theme::Red);
+    EXPECT_EQ(changed.count(), 1);
+    for (const QColor &colour : everyColour(theme)) {
+        EXPECT_EQ(colour.green(), 0) << colour.name().toStdString();
+        EXPECT_EQ(colour.blue(), 0) << colour.name().toStdString();
+        EXPECT_LE(colour.red(), 0xc8) << colour.name().toStdString();
+    }
+}
+
+TEST(ThemeTest, TextStandsOutInEveryAppearance)
+{
+    Theme theme;
+    for (const auto appearance : {Theme::Day, Theme::Night, Theme::Red}) {
+        theme.setAppearance(appearance);
+        const auto lightness = [](const QColor &c) { return c.toHsl().lightness(); };
+        // Text and the tint must differ clearly from the surfaces they are drawn on.
+        EXPECT_GT(std::abs(lightness(theme.textColor()) - lightness(theme.windowColor())), 80)
+            << appearance;
+        EXPECT_GT(std::abs(lightness(theme.tintColor()) - lightness(theme.keyFaceColor())), 60)
+            << appearance;
+    }
+}
+
+TEST(ThemeTest, KeysSwapColoursWhilePressedAndInTheAlternateStyle)
+{
+    const Theme theme;
+    const QColor face = theme.keyFaceColor();
+    const QColor tint = theme.tintColor();
+    struct Case
+    {
+        bool alternate, pressed;
+        QColor background, foreground;
+    };
+    for (const Case &c : {Case{false, false, face, tint}, Case{false, true, tint, face},
+                          Case{true, false, tint, face}, Case{true, true, face, tint}}) {
+        EXPECT_EQ(theme.keyBackgroundColor(c.alternate, c.pressed), c.background);
+        EXPECT_EQ(theme.keyForegroundColor(c.alternate, c.pressed), c.foreground);
+    }
+}
+
+TEST(ThemeTest, SmallHelpersOfTheScreens)
+{
+    EXPECT_EQ(Theme::appearanceFromName(QStringLiteral("night")), Theme::Night);
+    EXPECT_EQ(Theme::appearanceFromName(QStringLiteral("Night")), std::nullopt);
+    EXPECT_EQ(Theme::hairline(2.0), 0.5);
+    EXPECT_NEAR(Theme::hairline(3.0), 0.333, 0.001);
+    EXPECT_EQ(Theme::keyAccessibilityLabel(QStringLiteral("7"), QString()), QStringLiteral("7"));
+    EXPECT_EQ(Theme::keyAccessibilityLabel(QStringLiteral("N"), QStringLiteral("north")),
+              QStringLiteral("north"));
+    // A phone gets the whole window; a tablet a centred card.
+    EXPECT_EQ(Theme::formSheetSize({390, 844}), QSizeF(390, 844));
+    EXPECT_EQ(Theme::formSheetSize({844, 390}), QSizeF(844, 390));
+    EXPECT_EQ(Theme::formSheetSize({1024, 768}), QSizeF(540, 688));
+    EXPECT_TRUE(Theme::glyphSource(QString(), Qt::red).isEmpty());
+}
+
+TEST(ThemeTest, GlyphIsDrawnInTheKeysForegroundOnly)
+{
+    KeypadGlyphProvider provider;
+    const QColor tint(0x0a, 0x5f, 0xc2);
+    const QUrl source = Theme::glyphSource(QStringLiteral("delete"), tint);
+    QSize size;
+    const QImage glyph = provider.requestImage(source.path().mid(1), &size, QSize(68, 48));
+    ASSERT_EQ(size, QSize(68, 48));
+    int inColour = 0;
+    int other = 0;
+    for (int y = 0; y < glyph.height(); ++y) {
+        for (int x = 0; x < glyph.width(); ++x) {
+            const QColor c = QColor::fromRgba(glyph.pixel(x, y));
+            if (c.alpha() == 255)
+                (c.rgb() == tint.rgb() ? inColour : other) += 1;
+        }
+    }
+    EXPECT_GT(inColour, 68 * 48 / 4);
+    EXPECT_EQ(other, 0);
+    // The cross is cut out of the key cap: the centre is clear.
+    EXPECT_EQ(qAlpha(glyph.pixel(40, 24)), 0);
+    EXPECT_TRUE(KeypadGlyphProvider::glyphPath(u"no-such-glyph").isEmpty());
+}
+
+} // namespace

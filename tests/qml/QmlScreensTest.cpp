@@ -1,0 +1,184 @@
+#include "ApplicationStateSystem.h"
+#include "KeypadGlyphProvider.h"
+#include "LocationTrackingSystem.h"
+#include "UserDefaults.h"
+
+#include <QQmlApplicationEngine>
+#include <QQmlComponent>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTranslator>
+#include <QtQml/qqmlextensionplugin.h>
+#include <QtTest>
+
+#include <memory>
+
+Q_IMPORT_QML_PLUGIN(VeltorPlugin)
+
+// Every screen and component of the app loads and renders without a single QML warning, in
+// each of the three appearances; and a screen shows its texts in the user's language.
+class QmlScreensTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_home;
+
+    static void prepare(QQmlEngine &engine)
+    {
+        engine.addImportPath(QStringLiteral("qrc:/"));
+        engine.addImageProvider(QString(KeypadGlyphProvider::providerId), new KeypadGlyphProvider);
+    }
+
+    // Makes TYPE (with BODY inside its braces) under the given appearance, in a phone-sized window.
+    static std::unique_ptr<QQuickItem> create(QQmlEngine &engine, const QString &type,
+                                              const QString &body, int appearance)
+    {
+        QQmlComponent component(&engine);
+        const QString source = QStringLiteral(
+                                   "import QtQuick\nimport Veltor\n"
+                                   "Item { width: 390; height: 844\n"
+                                   "  Binding { target: Theme; property: \"appearance\"; value: %1 }\n"
+                                   "  %2 { %3 }\n}\n")
+                                   .arg(appearance)
+                                   .arg(type, body);
+        component.setData(source.toUtf8(), QUrl(QStringLiteral("qrc:/test/%1.qml").arg(type)));
+        std::unique_ptr<QObject> object(component.create());
+        if (!object)
+            qWarning("%s", qPrintable(component.errorString()));
+        return std::unique_ptr<QQuickItem>(qobject_cast<QQuickItem *>(object.release()));
+    }
+
+    static QList<QQuickItem *> allItems(QQuickItem *root)
+    {
+        QList<QQuickItem *> items{root};
+        for (QQuickItem *child : root->childItems())
+            items += allItems(child);
+        return items;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QStandardPaths::setTestModeEnabled(true);
+        UserDefaults::setStandardFileName(m_home.filePath(QStringLiteral("veltor.ini")));
+        // A replayed log, so no platform positioning plugin is asked for anything.
+        QVERIFY(LocationTrackingSystem::setSharedSource(
+            QStringLiteral(VELTOR_TEST_DATA_DIR "/nmea/greenwich-walk.nmea")));
+    }
+
+    void rendersWithoutWarnings_data()
+    {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QString>("body");
+        const QList<std::pair<const char *, const char *>> types{
+            {"RootScreen", "anchors.fill: parent"},
+            {"CoordinatePanelScreen", "width: parent.width"},
+            {"VeltorKeypadScreen", "anchors.fill: parent"},
+            {"LatitudeLongitudeKeypadScreen", "anchors.fill: parent"},
+            {"LatitudeLongitudeKeypadScreen",
+             "anchors.fill: parent; style: LatitudeLongitudeKeypadViewController.Longitude"},
+            {"TitleLabel", "text: \"x\""},
+            {"Body1Label", "text: \"x\""},
+            {"Body2Label", "text: \"x\""},
+            {"CaptionLabel", "text: \"x\""},
+            {"TintLabel", "text: \"x\""},
+            {"UnderlineButton", "title: \"x\""},
+            {"Body1Button", "title: \"x\""},
+            {"TitleButton", "title: \"x\""},
+            {"KeypadButton", "title: \"7\"; alternateStyle: true"},
+            {"KeypadButton", "maskImage: \"delete\"; enabled: false"},
+            {"KeypadInputLabel", "text: \"x\""},
+            {"MapControlButton", "title: \"+\""},
+            {"WideButton", "title: \"x\""},
+            {"FormSheet", ""},
+        };
+        for (const char *appearance : {"day", "night", "red"}) {
+            for (const auto &[type, body] : types) {
+                QTest::addRow("%s %s %s", type, appearance, body)
+                    << QString::fromLatin1(type) << QString::fromLatin1(body);
+            }
+        }
+    }
+
+    void rendersWithoutWarnings()
+    {
+        QFETCH(QString, type);
+        QFETCH(QString, body);
+        QTest::failOnWarning(QRegularExpression(QStringLiteral(".+")));
+        const int appearance = QTest::currentDataTag()[type.size() + 1] == 'd'   ? 0
+                               : QTest::currentDataTag()[type.size() + 1] == 'n' ? 1
+                                                                                 : 2;
+        QQmlEngine engine;
+        prepare(engine);
+        QQuickWindow window;
+        window.resize(390, 844);
+        const std::unique_ptr<QQuickItem> item = create(engine, type, body, appearance);
+        QVERIFY(item);
+        item->setParentItem(window.contentItem());
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const QImage frame = window.grabWindow();
+        QVERIFY(!frame.isNull());
+    }
+
+    // The window opens the screen named at launch, in a form sheet, and Escape closes it.
+    void mainWindowOpensTheScreenAskedFor()
+    {
+        QTest::failOnWarning(QRegularExpression(QStringLiteral(".+")));
+        QQmlApplicationEngine engine;
+        prepare(engine);
+        engine.setInitialProperties({{QStringLiteral("appearance"), 2},
+                                     {QStringLiteral("initialScreen"), QStringLiteral("locator-keypad")},
+                                     {QStringLiteral("initialZoomLevel"), 4.0}});
+        engine.load(QUrl(QStringLiteral("qrc:/Veltor/Main.qml")));
+        QCOMPARE(engine.rootObjects().size(), 1);
+        auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().first());
+        QVERIFY(window);
+        QVERIFY(QTest::qWaitForWindowExposed(window));
+        const auto keypadShown = [window] {
+            for (QQuickItem *item : allItems(window->contentItem())) {
+                if (QString::fromLatin1(item->metaObject()->className()).startsWith(u"VeltorKeypadScreen"))
+                    return item->isVisible();
+            }
+            return false;
+        };
+        QTRY_VERIFY(keypadShown());
+        QTRY_VERIFY(window->activeFocusItem());
+        // Typed on the keyboard, then abandoned: the point stays where it was.
+        const Coordinate before = ApplicationStateSystem::sharedSystem().coordinate();
+        for (const char key : {'j', 'n', '5'})
+            QTest::keyClick(window, key);
+        QTRY_COMPARE(window->activeFocusItem()->property("text").toString(), QStringLiteral("JN5"));
+        QTest::keyClick(window, Qt::Key_Escape);
+        QTRY_VERIFY(!keypadShown());
+        QCOMPARE(ApplicationStateSystem::sharedSystem().coordinate(), before);
+    }
+
+    void keypadSpeaksTheUsersLanguage()
+    {
+        QTranslator german;
+        QVERIFY(german.load(QStringLiteral("veltor_de"), QStringLiteral(":/i18n")));
+        QCoreApplication::installTranslator(&german);
+        QQmlEngine engine;
+        prepare(engine);
+        QQuickWindow window;
+        const std::unique_ptr<QQuickItem> keypad =
+            create(engine, QStringLiteral("LatitudeLongitudeKeypadScreen"),
+                   QStringLiteral("anchors.fill: parent"), 0);
+        QCoreApplication::removeTranslator(&german);
+        QVERIFY(keypad);
+        keypad->setParentItem(window.contentItem());
+        QStringList texts;
+        for (QQuickItem *item : allItems(keypad.get()))
+            texts += item->property("text").toString();
+        QVERIFY2(texts.contains(QStringLiteral("Fertig")), qPrintable(texts.join(u'|')));
+        QVERIFY2(texts.contains(QStringLiteral("Nord")), qPrintable(texts.join(u'|')));
+        QVERIFY(texts.contains(QStringLiteral("Breite")));
+    }
+};
+
+QTEST_MAIN(QmlScreensTest)
+#include "QmlScreensTest.moc"

@@ -1,0 +1,82 @@
+#include "Localization.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QMap>
+#include <QRegularExpression>
+#include <QXmlStreamReader>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct Message
+{
+    QString source, translation, type;
+};
+
+// The messages of one table by id.
+QMap<QString, Message> readTable(const QString &language)
+{
+    QFile file(QStringLiteral(VELTOR_TRANSLATIONS_DIR "/veltor_%1.ts").arg(language));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << language.toStdString();
+    QMap<QString, Message> table;
+    QXmlStreamReader xml(&file);
+    QString id;
+    while (!xml.atEnd()) {
+        xml.readNext();
+        if (!xml.isStartElement())
+            continue;
+        if (xml.name() == u"message") {
+            id = xml.attributes().value(QStringLiteral("id")).toString();
+        } else if (xml.name() == u"source") {
+            table[id].source = xml.readElementText();
+        } else if (xml.name() == u"translation") {
+            table[id].type = xml.attributes().value(QStringLiteral("type")).toString();
+            table[id].translation = xml.readElementText();
+        }
+    }
+    EXPECT_FALSE(xml.hasError()) << language.toStdString() << ": " << xml.errorString().toStdString();
+    return table;
+}
+
+QStringList placeholders(const QString &text)
+{
+    static const QRegularExpression pattern(QStringLiteral("%(\\d|'?l{0,2}d|\\.\\d+f|%)"));
+    QStringList found;
+    for (const auto &match : pattern.globalMatch(text))
+        found.append(match.captured());
+    found.sort();
+    return found;
+}
+
+const QStringList languages{QStringLiteral("en"), QStringLiteral("de"), QStringLiteral("fr"),
+                            QStringLiteral("es"), QStringLiteral("it"), QStringLiteral("ja")};
+
+TEST(TranslationTablesTest, EveryTableTranslatesEveryTextWithItsPlaceholders)
+{
+    const QMap<QString, Message> english = readTable(QStringLiteral("en"));
+    ASSERT_GT(english.size(), 30);
+    for (const QString &language : languages) {
+        const QMap<QString, Message> table = readTable(language);
+        EXPECT_EQ(table.keys(), english.keys()) << language.toStdString();
+        for (auto it = table.cbegin(); it != table.cend(); ++it) {
+            const std::string where = language.toStdString() + " " + it.key().toStdString();
+            EXPECT_TRUE(it->type.isEmpty()) << where << " is " << it->type.toStdString();
+            EXPECT_FALSE(it->translation.trimmed().isEmpty()) << where;
+            EXPECT_EQ(placeholders(it->translation), placeholders(it->source)) << where;
+        }
+    }
+}
+
+TEST(TranslationTablesTest, EachLanguageIsBuiltIntoTheApp)
+{
+    for (const QString &language : languages) {
+        const Localization localization{QLocale(language)};
+        ASSERT_TRUE(localization.isLoaded()) << language.toStdString();
+        EXPECT_EQ(qtTrId("general.done"), readTable(language)[QStringLiteral("general.done")].translation)
+            << language.toStdString();
+    }
+}
+
+} // namespace
