@@ -1,11 +1,10 @@
 import QtQuick
-import QtQuick.Templates as T
 import Veltor
 
 // A key of the keypads: a flat face with its title or glyph, colours swapped while pressed
 // (or always, for the alternate style), a click on every touch-down. A disabled key is left
 // out of what a screen reader walks through.
-T.AbstractButton {
+PressableButton {
     id: control
 
     property string title
@@ -14,9 +13,10 @@ T.AbstractButton {
     // The name of a glyph drawn in place of the title, in the key's foreground colour.
     property string maskImage
 
-    readonly property color backgroundColor: Theme.keyBackgroundColor(alternateStyle, down)
-    readonly property color foregroundColor: Theme.keyForegroundColor(alternateStyle, down)
+    property color backgroundColor: Theme.keyFaceColor
+    property color foregroundColor: Theme.tintColor
 
+    accessibilityLabel: Theme.keyAccessibilityLabel(title, accessibilityTitle)
     implicitWidth: Theme.minimumTouchSize
     implicitHeight: Theme.minimumTouchSize
     font: Theme.keyFont
@@ -44,10 +44,16 @@ T.AbstractButton {
         }
     }
 
+    states: State {
+        name: "inverted"
+        when: Theme.keyInverted(control.alternateStyle, control.down)
+        PropertyChanges {
+            control.backgroundColor: Theme.tintColor
+            control.foregroundColor: Theme.keyFaceColor
+        }
+    }
+
     onPressed: KeyboardClick.play()
 
-    Accessible.role: Accessible.Button
-    Accessible.name: Theme.keyAccessibilityLabel(control.title, control.accessibilityTitle)
     Accessible.ignored: !control.enabled
-    Accessible.onPressAction: control.clicked()
 }

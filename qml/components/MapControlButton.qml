@@ -1,13 +1,11 @@
 import QtQuick
-import QtQuick.Templates as T
 import Veltor
 
 // A round button over the map, big enough for a gloved finger.
-T.AbstractButton {
+PressableButton {
     id: control
 
     property string title
-    property string accessibilityTitle
 
     implicitWidth: Theme.minimumTouchSize
     implicitHeight: Theme.minimumTouchSize
@@ -25,8 +23,4 @@ T.AbstractButton {
         horizontalAlignment: Text.AlignHCenter
         verticalAlignment: Text.AlignVCenter
     }
-
-    Accessible.role: Accessible.Button
-    Accessible.name: control.accessibilityTitle
-    Accessible.onPressAction: control.clicked()
 }

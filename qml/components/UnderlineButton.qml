@@ -1,16 +1,15 @@
 import QtQuick
-import QtQuick.Templates as T
 import Veltor
 
 // Tappable underlined text in the tint colour, sized to its text plus 40 × 16 points. Pressing
 // dims it at once; releasing fades it back.
-T.AbstractButton {
+PressableButton {
     id: control
 
     property string title
     property int textAlignment: Text.AlignHCenter
-    property string accessibilityLabel: title
 
+    accessibilityLabel: title
     font: Theme.underlineButtonFont
     implicitWidth: metrics.width + 40
     implicitHeight: metrics.height + 16
@@ -47,8 +46,4 @@ T.AbstractButton {
             duration: Theme.releaseFadeMs
         }
     }
-
-    Accessible.role: Accessible.Button
-    Accessible.name: control.accessibilityLabel
-    Accessible.onPressAction: control.clicked()
 }

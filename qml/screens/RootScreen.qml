@@ -85,6 +85,7 @@ Page {
             id: map
             Layout.fillWidth: true
             Layout.fillHeight: true
+            nightTint: Theme.mapNightTint
 
             MapPanelController {
                 id: mapPanel
@@ -99,12 +100,12 @@ Page {
                 spacing: Theme.spacing
                 MapControlButton {
                     title: mapPanel.zoomInTitle
-                    accessibilityTitle: mapPanel.zoomInAccessibilityTitle
+                    accessibilityLabel: mapPanel.zoomInAccessibilityTitle
                     onClicked: map.zoomIn()
                 }
                 MapControlButton {
                     title: mapPanel.zoomOutTitle
-                    accessibilityTitle: mapPanel.zoomOutAccessibilityTitle
+                    accessibilityLabel: mapPanel.zoomOutAccessibilityTitle
                     onClicked: map.zoomOut()
                 }
             }
@@ -130,7 +131,7 @@ Page {
                 anchors.bottom: parent.bottom
                 anchors.margins: Theme.spacing
                 title: mapPanel.trackingButtonTitle
-                accessibilityTitle: mapPanel.trackingButtonAccessibilityTitle
+                accessibilityLabel: mapPanel.trackingButtonAccessibilityTitle
                 accessibilityHint: mapPanel.trackingButtonAccessibilityHint
                 alternateStyle: mapPanel.tracking
                 onClicked: mapPanel.toggleTracking()
@@ -203,7 +204,7 @@ Page {
                 id: alertButton
                 anchors.fill: parent
                 anchors.margins: Theme.spacing
-                accessibilityTitle: title
+                accessibilityLabel: title
                 onClicked: alert.accept()
             }
         }

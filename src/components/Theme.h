@@ -33,6 +33,8 @@ class Theme : public QObject
     Q_PROPERTY(QColor scrimColor READ scrimColor NOTIFY appearanceChanged)
     Q_PROPERTY(QColor mapControlColor READ mapControlColor NOTIFY appearanceChanged)
     Q_PROPERTY(QColor mapControlTextColor READ mapControlTextColor NOTIFY appearanceChanged)
+    // The map's night colours (see MapView.nightTint); transparent by day.
+    Q_PROPERTY(QColor mapNightTint READ mapNightTint NOTIFY appearanceChanged)
     Q_PROPERTY(QFont titleFont READ titleFont CONSTANT)
     Q_PROPERTY(QFont body1Font READ body1Font CONSTANT)
     Q_PROPERTY(QFont body2Font READ body2Font CONSTANT)
@@ -76,6 +78,7 @@ public:
     QColor scrimColor() const;
     QColor mapControlColor() const;
     QColor mapControlTextColor() const;
+    QColor mapNightTint() const;
 
     static QFont titleFont();
     static QFont body1Font();
@@ -92,8 +95,10 @@ public:
     static constexpr int releaseFadeMs() { return 250; }
 
     // A key is the face colour with tint text; pressed, or of the alternate style, the two swap.
-    Q_INVOKABLE QColor keyBackgroundColor(bool alternateStyle, bool pressed) const;
-    Q_INVOKABLE QColor keyForegroundColor(bool alternateStyle, bool pressed) const;
+    Q_INVOKABLE static bool keyInverted(bool alternateStyle, bool pressed)
+    {
+        return alternateStyle != pressed;
+    }
     // A key that cannot be pressed now shows its title faintly.
     Q_INVOKABLE static qreal keyContentOpacity(bool enabled) { return enabled ? 1.0 : 0.35; }
     // One device pixel, in points.

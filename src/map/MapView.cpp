@@ -445,6 +445,15 @@ void MapView::setUserLocation(std::optional<Coordinate> location, std::optional<
 
 // Drawing --------------------------------------------------------------------------------------
 
+void MapView::setNightTint(const QColor &tint)
+{
+    if (tint == m_nightTint)
+        return;
+    m_nightTint = tint;
+    emit nightTintChanged();
+    update();
+}
+
 QSGNode *MapView::updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *)
 {
     auto *node = static_cast<MapViewNode *>(oldNode);
@@ -465,6 +474,7 @@ QSGNode *MapView::updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *)
         return QRectF(left, top, right - left, bottom - top);
     };
 
+    node->setNightTint(m_nightTint);
     node->beginFrame(QRectF(0, 0, width(), height()));
     for (const TileDraw &draw : m_baseLayer->drawList())
         node->addImage(draw.image, viewRect(draw.target), draw.source);

@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QImage>
 #include <QPointF>
+#include <QColor>
 #include <QQuickItem>
 #include <QTimer>
 #include <QVariantAnimation>
@@ -47,6 +48,8 @@ class MapView : public QQuickItem
                    showsUserLocationChanged)
     Q_PROPERTY(QString attribution READ attribution NOTIFY attributionChanged)
     Q_PROPERTY(bool idle READ isIdle NOTIFY idleChanged)
+    // Draws the map dark with light lines in this colour, for night eyes; transparent for none.
+    Q_PROPERTY(QColor nightTint READ nightTint WRITE setNightTint NOTIFY nightTintChanged)
 
 public:
     explicit MapView(QQuickItem *parent = nullptr);
@@ -86,6 +89,8 @@ public:
     void setBaseTileSource(std::unique_ptr<TileSource> primary,
                            std::unique_ptr<TileSource> fallback = {}, const QString &attribution = {});
     QString attribution() const { return m_attribution; }
+    QColor nightTint() const { return m_nightTint; }
+    void setNightTint(const QColor &tint);
     // The renderer is borrowed and must outlive the overlay's stay on the map; labels use
     // precision, so a new precision means removing and adding the overlay again.
     void addOverlay(const VeltorGridOverlay *overlay, VeltorGridOverlayRenderer *renderer,
@@ -122,6 +127,7 @@ signals:
     void longPressed(double latitude, double longitude);
     void showsUserLocationChanged();
     void attributionChanged();
+    void nightTintChanged();
     void idleChanged();
 
 protected:
@@ -180,6 +186,7 @@ private:
 
     std::unique_ptr<MapTileLayer> m_baseLayer;
     QString m_attribution;
+    QColor m_nightTint{0, 0, 0, 0};
     std::vector<OverlayEntry> m_overlays;
     std::vector<const MapPointAnnotation *> m_annotations;
     std::map<const MapPointAnnotation *, qint64> m_dropStarts; // m_clock time of each drop

@@ -20,6 +20,11 @@ constexpr double dotRadius = 9.0;
 // Circles larger than this many pixels are drawn from this size, scaled up.
 constexpr int maxCircleRadiusPixels = 1024;
 
+bool hasTint(const QColor &tint)
+{
+    return tint.alpha() > 0;
+}
+
 } // namespace
 
 MapViewNode::MapViewNode(QQuickWindow *window) : m_window(window)
@@ -32,8 +37,7 @@ MapViewNode::MapViewNode(QQuickWindow *window) : m_window(window)
 MapViewNode::~MapViewNode()
 {
     // Child nodes go with QSGNode's destructor; they do not own their textures.
-    for (auto &[key, texture] : m_textures)
-        delete texture.texture;
+    dropTextures();
 }
 
 QColor MapViewNode::backgroundColor()
@@ -110,11 +114,51 @@ void MapViewNode::beginFrame(const QRectF &bounds)
         texture.used = false;
 }
 
-QSGTexture *MapViewNode::textureFor(const QImage &image)
+void MapViewNode::setNightTint(const QColor &tint)
+{
+    if (tint == m_nightTint)
+        return;
+    m_nightTint = tint;
+    // Every picture must be uploaded again in the new colours.
+    dropTextures();
+    QImage sea(1, 1, QImage::Format_ARGB32_Premultiplied);
+    sea.fill(backgroundColor());
+    m_background->setColor(hasTint(tint) ? nightImage(sea, tint).pixelColor(0, 0)
+                                         : backgroundColor());
+}
+
+QImage MapViewNode::nightImage(const QImage &image, const QColor &tint)
+{
+    QImage night = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    const int red = tint.red();
+    const int green = tint.green();
+    const int blue = tint.blue();
+    for (int y = 0; y < night.height(); ++y) {
+        auto *line = reinterpret_cast<QRgb *>(night.scanLine(y));
+        for (int x = 0; x < night.width(); ++x) {
+            const QRgb pixel = line[x];
+            const int alpha = qAlpha(pixel);
+            // Premultiplied: the lightness is at most alpha, and so is its reverse.
+            const int light = alpha - qGray(pixel);
+            line[x] = qRgba(light * red / 255, light * green / 255, light * blue / 255, alpha);
+        }
+    }
+    return night;
+}
+
+void MapViewNode::dropTextures()
+{
+    for (auto &[key, texture] : m_textures)
+        delete texture.texture;
+    m_textures.clear();
+}
+
+QSGTexture *MapViewNode::textureFor(const QImage &image, bool filtered)
 {
     Texture &entry = m_textures[image.cacheKey()];
     if (!entry.texture) {
-        entry.texture = m_window->createTextureFromImage(image);
+        entry.texture = m_window->createTextureFromImage(
+            filtered && hasTint(m_nightTint) ? nightImage(image, m_nightTint) : image);
         if (!entry.texture)
             return nullptr;
         entry.texture->setFiltering(QSGTexture::Linear);
@@ -123,11 +167,12 @@ QSGTexture *MapViewNode::textureFor(const QImage &image)
     return entry.texture;
 }
 
-void MapViewNode::addImage(const QImage &image, const QRectF &target, const QRectF &source)
+void MapViewNode::addImage(const QImage &image, const QRectF &target, const QRectF &source,
+                           bool filtered)
 {
     if (image.isNull() || target.isEmpty())
         return;
-    QSGTexture *texture = textureFor(image);
+    QSGTexture *texture = textureFor(image, filtered);
     if (!texture)
         return; // no texture this frame (a lost device): the background shows instead
     const bool reused = m_used < m_images.size();
@@ -150,7 +195,7 @@ void MapViewNode::addPin(QPointF at, double devicePixelRatio)
     if (m_pin.isNull() || m_pin.width() != int(std::ceil(pinWidth * devicePixelRatio)))
         m_pin = pinImage(devicePixelRatio);
     addImage(m_pin, QRectF(at.x() - pinWidth * 0.5, at.y() - pinHeight, pinWidth, pinHeight),
-             QRectF(QPointF(0, 0), m_pin.size()));
+             QRectF(QPointF(0, 0), m_pin.size()), false);
 }
 
 void MapViewNode::addUserDot(QPointF at, double devicePixelRatio)

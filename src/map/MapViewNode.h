@@ -31,8 +31,16 @@ public:
     static QImage pinImage(double devicePixelRatio);
     static QImage userDotImage(double devicePixelRatio);
 
+    // Night colours: the map drawn dark, its lines and labels light in this colour. A
+    // transparent tint draws the map as it is.
+    void setNightTint(const QColor &tint);
+    // The picture with its lightness turned over and coloured by the tint.
+    static QImage nightImage(const QImage &image, const QColor &tint);
+
     void beginFrame(const QRectF &bounds);
-    void addImage(const QImage &image, const QRectF &target, const QRectF &source);
+    // Tiles and the location dot follow the night tint; the pin keeps its colour (filtered false).
+    void addImage(const QImage &image, const QRectF &target, const QRectF &source,
+                  bool filtered = true);
     // The pin's needle tip and the dot's centre at `at`.
     void addPin(QPointF at, double devicePixelRatio);
     void addUserDot(QPointF at, double devicePixelRatio);
@@ -47,7 +55,8 @@ private:
         bool used = false;
     };
 
-    QSGTexture *textureFor(const QImage &image);
+    QSGTexture *textureFor(const QImage &image, bool filtered);
+    void dropTextures();
     // A disc picture drawn once per size and density.
     const QImage &circleImage(int radiusPixels, double devicePixelRatio);
 
@@ -60,4 +69,5 @@ private:
     QImage m_dot;
     QImage m_circle;
     int m_circleRadius = 0;
+    QColor m_nightTint{0, 0, 0, 0};
 };

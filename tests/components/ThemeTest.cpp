@@ -14,7 +14,7 @@ QList<QColor> everyColour(const Theme &theme)
     return {theme.windowColor(),     theme.surfaceColor(),   theme.textColor(),
             theme.captionColor(),    theme.tintColor(),      theme.keyFaceColor(),
             theme.dividerColor(),    theme.warningColor(),   theme.scrimColor(),
-            theme.mapControlColor(), theme.mapControlTextColor()};
+            theme.mapControlColor(), theme.mapControlTextColor(), theme.mapNightTint()};
 }
 
 TEST(ThemeTest, DayTextIsTheAppsGrey)
@@ -54,19 +54,10 @@ TEST(ThemeTest, TextStandsOutInEveryAppearance)
 
 TEST(ThemeTest, KeysSwapColoursWhilePressedAndInTheAlternateStyle)
 {
-    const Theme theme;
-    const QColor face = theme.keyFaceColor();
-    const QColor tint = theme.tintColor();
-    struct Case
-    {
-        bool alternate, pressed;
-        QColor background, foreground;
-    };
-    for (const Case &c : {Case{false, false, face, tint}, Case{false, true, tint, face},
-                          Case{true, false, tint, face}, Case{true, true, face, tint}}) {
-        EXPECT_EQ(theme.keyBackgroundColor(c.alternate, c.pressed), c.background);
-        EXPECT_EQ(theme.keyForegroundColor(c.alternate, c.pressed), c.foreground);
-    }
+    EXPECT_FALSE(Theme::keyInverted(false, false));
+    EXPECT_TRUE(Theme::keyInverted(false, true));
+    EXPECT_TRUE(Theme::keyInverted(true, false));
+    EXPECT_FALSE(Theme::keyInverted(true, true));
 }
 
 TEST(ThemeTest, SmallHelpersOfTheScreens)

@@ -3,6 +3,7 @@
 #include "LocationTrackingSystem.h"
 #include "UserDefaults.h"
 
+#include <QAccessible>
 #include <QQmlApplicationEngine>
 #include <QQmlComponent>
 #include <QQuickItem>
@@ -32,18 +33,19 @@ private:
         engine.addImageProvider(QString(KeypadGlyphProvider::providerId), new KeypadGlyphProvider);
     }
 
-    // Makes TYPE (with BODY inside its braces) under the given appearance, in a phone-sized window.
+    // Makes TYPE (with BODY inside its braces) in a phone-sized item whose "appearance" sets
+    // the app's.
     static std::unique_ptr<QQuickItem> create(QQmlEngine &engine, const QString &type,
                                               const QString &body, int appearance)
     {
         QQmlComponent component(&engine);
-        const QString source = QStringLiteral(
-                                   "import QtQuick\nimport Veltor\n"
-                                   "Item { width: 390; height: 844\n"
-                                   "  Binding { target: Theme; property: \"appearance\"; value: %1 }\n"
-                                   "  %2 { %3 }\n}\n")
-                                   .arg(appearance)
-                                   .arg(type, body);
+        const QString source =
+            QStringLiteral("import QtQuick\nimport Veltor\n"
+                           "Item { id: root; width: 390; height: 844; property int appearance: %1\n"
+                           "  Binding { target: Theme; property: \"appearance\"; value: root.appearance }\n"
+                           "  %2 { %3 }\n}\n")
+                .arg(appearance)
+                .arg(type, body);
         component.setData(source.toUtf8(), QUrl(QStringLiteral("qrc:/test/%1.qml").arg(type)));
         std::unique_ptr<QObject> object(component.create());
         if (!object)
@@ -73,6 +75,7 @@ private slots:
     {
         QTest::addColumn<QString>("type");
         QTest::addColumn<QString>("body");
+        QTest::addColumn<int>("appearance");
         const QList<std::pair<const char *, const char *>> types{
             {"RootScreen", "anchors.fill: parent"},
             {"CoordinatePanelScreen", "width: parent.width"},
@@ -95,10 +98,11 @@ private slots:
             {"WideButton", "title: \"x\""},
             {"FormSheet", ""},
         };
-        for (const char *appearance : {"day", "night", "red"}) {
+        const char *appearances[] = {"day", "night", "red"};
+        for (int appearance = 0; appearance < 3; ++appearance) {
             for (const auto &[type, body] : types) {
-                QTest::addRow("%s %s %s", type, appearance, body)
-                    << QString::fromLatin1(type) << QString::fromLatin1(body);
+                QTest::addRow("%s %s %s", type, appearances[appearance], body)
+                    << QString::fromLatin1(type) << QString::fromLatin1(body) << appearance;
             }
         }
     }
@@ -107,21 +111,34 @@ private slots:
     {
         QFETCH(QString, type);
         QFETCH(QString, body);
+        QFETCH(int, appearance);
         QTest::failOnWarning(QRegularExpression(QStringLiteral(".+")));
-        const int appearance = QTest::currentDataTag()[type.size() + 1] == 'd'   ? 0
-                               : QTest::currentDataTag()[type.size() + 1] == 'n' ? 1
-                                                                                 : 2;
         QQmlEngine engine;
         prepare(engine);
         QQuickWindow window;
+        window.setColor(Qt::black);
         window.resize(390, 844);
-        const std::unique_ptr<QQuickItem> item = create(engine, type, body, appearance);
+        // Made by day, then switched while on screen, as the user switches.
+        const std::unique_ptr<QQuickItem> item = create(engine, type, body, 0);
         QVERIFY(item);
         item->setParentItem(window.contentItem());
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
-        const QImage frame = window.grabWindow();
+        QVERIFY(!window.grabWindow().isNull());
+        item->setProperty("appearance", appearance);
+        const QImage frame = window.grabWindow().convertToFormat(QImage::Format_RGB32);
         QVERIFY(!frame.isNull());
+        if (appearance != 2)
+            return;
+        // Night vision: nothing but red and black, the map's red pin aside.
+        int notRed = 0;
+        for (int y = 0; y < frame.height(); ++y) {
+            for (int x = 0; x < frame.width(); ++x) {
+                const QRgb pixel = frame.pixel(x, y);
+                notRed += qGreen(pixel) > 0x20 || qBlue(pixel) > 0x20;
+            }
+        }
+        QVERIFY2(notRed < 400, qPrintable(QString::number(notRed)));
     }
 
     // The window opens the screen named at launch, in a form sheet, and Escape closes it.
@@ -155,6 +172,53 @@ private slots:
         QTest::keyClick(window, Qt::Key_Escape);
         QTRY_VERIFY(!keypadShown());
         QCOMPARE(ApplicationStateSystem::sharedSystem().coordinate(), before);
+    }
+
+    // Pressing dims a text button at once; releasing fades it back. A screen reader's press
+    // action presses every kind of button, and a disabled key is out of its reach.
+    void buttonsAnswerFingersAndScreenReaders()
+    {
+        QTest::failOnWarning(QRegularExpression(QStringLiteral(".+")));
+        QQmlEngine engine;
+        prepare(engine);
+        QQuickWindow window;
+        window.resize(390, 844);
+        const std::unique_ptr<QQuickItem> root = create(
+            engine, QStringLiteral("Column"),
+            QStringLiteral("UnderlineButton { title: \"47° N\" } KeypadButton { title: \"7\" } "
+                           "KeypadButton { title: \"8\"; enabled: false } "
+                           "WideButton { title: \"x\"; width: 200 } MapControlButton { title: \"+\" }"),
+            0);
+        QVERIFY(root);
+        root->setParentItem(window.contentItem());
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const QList<QQuickItem *> buttons = root->childItems().first()->childItems();
+        QCOMPARE(buttons.size(), 5);
+
+        QQuickItem *underline = buttons[0];
+        const QPoint centre = underline->mapToScene(underline->boundingRect().center()).toPoint();
+        QTest::mousePress(&window, Qt::LeftButton, {}, centre);
+        QCOMPARE(underline->opacity(), 0.3);
+        QTest::mouseRelease(&window, Qt::LeftButton, {}, centre);
+        QTest::qWait(50);
+        QVERIFY(underline->opacity() > 0.3 && underline->opacity() < 1.0);
+        QTRY_COMPARE_WITH_TIMEOUT(underline->opacity(), 1.0, 1000);
+
+        for (QQuickItem *button : buttons) {
+            QSignalSpy clicked(button, SIGNAL(clicked()));
+            QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(button);
+            if (!button->isEnabled()) {
+                QVERIFY(!accessible);
+                continue;
+            }
+            QVERIFY(accessible);
+            QVERIFY(accessible->actionInterface());
+            accessible->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+            QCOMPARE(clicked.count(), 1);
+        }
+        QCOMPARE(QAccessible::queryAccessibleInterface(buttons[1])->text(QAccessible::Name),
+                 QStringLiteral("7"));
     }
 
     void keypadSpeaksTheUsersLanguage()

@@ -3,9 +3,13 @@
 #include "NotificationCenter.h"
 #include "PreferencesSystem.h"
 #include "RootCoordinatePanelController.h"
+#include "RootViewController.h"
+#include "LocationTrackingSystem.h"
+#include "ScriptableLocationManager.h"
 #include "UserDefaults.h"
 
 #include <QSignalSpy>
+#include <QTest>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -111,6 +115,43 @@ TEST_F(ScreenControllersTest, AccuracyHidesForFixesWithoutOne)
         m_state.setCoordinateAccuracy(accuracy);
         EXPECT_EQ(toolbar.accuracyOpacity(), 0.0) << accuracy;
     }
+}
+
+TEST_F(ScreenControllersTest, EachReadoutAsksForItsKeypad)
+{
+    CoordinatePanelViewController panel(m_state, m_preferences);
+    QSignalSpy latitude(&panel, &CoordinatePanelViewController::latitudeKeypadRequested);
+    QSignalSpy longitude(&panel, &CoordinatePanelViewController::longitudeKeypadRequested);
+    QSignalSpy veltor(&panel, &CoordinatePanelViewController::veltorKeypadRequested);
+    panel.showLatitudeKeypad();
+    panel.showVeltorKeypad();
+    panel.showVeltorKeypad();
+    EXPECT_EQ(std::tuple(latitude.count(), longitude.count(), veltor.count()), std::tuple(1, 0, 2));
+}
+
+TEST_F(ScreenControllersTest, RootOpensScreensByNameAndReportsAStoreThatFails)
+{
+    ScriptableLocationManager manager;
+    LocationTrackingSystem tracking(manager, m_state);
+    RootViewController root(tracking, m_defaults);
+    QSignalSpy latitude(&root, &RootViewController::latitudeKeypadRequested);
+    QSignalSpy longitude(&root, &RootViewController::longitudeKeypadRequested);
+    QSignalSpy veltor(&root, &RootViewController::veltorKeypadRequested);
+    for (const QString &name : RootViewController::screenNames())
+        EXPECT_TRUE(root.openScreen(name)) << name.toStdString();
+    EXPECT_FALSE(root.openScreen(QStringLiteral("settings")));
+    EXPECT_EQ(std::tuple(latitude.count(), longitude.count(), veltor.count()), std::tuple(1, 1, 1));
+
+    // The screen named at launch opens once the window is built, not before.
+    root.setInitialScreen(QStringLiteral("locator-keypad"));
+    root.componentComplete();
+    EXPECT_EQ(veltor.count(), 1);
+    QTRY_COMPARE(veltor.count(), 2);
+
+    EXPECT_FALSE(root.bannerVisible());
+    emit m_defaults.storeFailed(QStringLiteral("Settings cannot be saved"));
+    EXPECT_TRUE(root.bannerVisible());
+    EXPECT_EQ(root.bannerMessage(), QStringLiteral("Settings cannot be saved"));
 }
 
 } // namespace
