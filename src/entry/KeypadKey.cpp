@@ -29,3 +29,19 @@ void KeypadKey::press()
     if (m_enabled && m_action)
         m_action(m_title);
 }
+
+std::optional<KeypadCommand> keypadCommandForKey(int key)
+{
+    switch (key) {
+    case Qt::Key_Backspace:
+    case Qt::Key_Delete:
+        return KeypadCommand::Delete;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        return KeypadCommand::Done;
+    case Qt::Key_Escape:
+        return KeypadCommand::Cancel;
+    default:
+        return std::nullopt;
+    }
+}

@@ -5,6 +5,7 @@
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
+#include <optional>
 
 // One key of a keypad as its screen lays it out: where it stands, what it shows and says,
 // whether it can be pressed, and what pressing it does.
@@ -49,3 +50,12 @@ private:
     QString m_accessibilityTitle;
     bool m_enabled = true;
 };
+
+// What Backspace (or Delete), Enter and Escape mean on every keypad.
+enum class KeypadCommand
+{
+    Delete,
+    Done,
+    Cancel
+};
+std::optional<KeypadCommand> keypadCommandForKey(int key);

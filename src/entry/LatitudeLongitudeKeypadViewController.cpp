@@ -286,20 +286,19 @@ void LatitudeLongitudeKeypadViewController::cancel()
 
 bool LatitudeLongitudeKeypadViewController::handleKey(int key, const QString &text)
 {
-    switch (key) {
-    case Qt::Key_Backspace:
-    case Qt::Key_Delete:
-        deleteButtonTapped();
+    if (const auto command = keypadCommandForKey(key)) {
+        switch (*command) {
+        case KeypadCommand::Delete:
+            deleteButtonTapped();
+            break;
+        case KeypadCommand::Done:
+            doneButtonTapped();
+            break;
+        case KeypadCommand::Cancel:
+            cancel();
+            break;
+        }
         return true;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        doneButtonTapped();
-        return true;
-    case Qt::Key_Escape:
-        cancel();
-        return true;
-    default:
-        break;
     }
     if (text.size() != 1)
         return false;
