@@ -205,6 +205,19 @@ private slots:
         QVERIFY(underline->opacity() > 0.3 && underline->opacity() < 1.0);
         QTRY_COMPARE_WITH_TIMEOUT(underline->opacity(), 1.0, 1000);
 
+        // A key turns to the tint while held, and clicks (silently here, without a sound device).
+        QQuickItem *key = buttons[1];
+        const QPoint corner = key->mapToScene(QPointF(3, 3)).toPoint();
+        const QColor face = window.grabWindow().pixelColor(corner);
+        QSignalSpy keyClicked(key, SIGNAL(clicked()));
+        QTest::mousePress(&window, Qt::LeftButton, {}, corner);
+        const QColor held = window.grabWindow().pixelColor(corner);
+        QTest::mouseRelease(&window, Qt::LeftButton, {}, corner);
+        QCOMPARE(keyClicked.count(), 1);
+        QCOMPARE(face, QColor(Qt::white));
+        QCOMPARE(held, QColor(0x0a, 0x5f, 0xc2));
+        QCOMPARE(window.grabWindow().pixelColor(corner), face);
+
         for (QQuickItem *button : buttons) {
             QSignalSpy clicked(button, SIGNAL(clicked()));
             QAccessibleInterface *accessible = QAccessible::queryAccessibleInterface(button);
