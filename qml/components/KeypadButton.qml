@@ -7,7 +7,7 @@ import Veltor
 PressableButton {
     id: control
 
-    property string title
+    property string title: Theme.defaultButtonTitle
     property string accessibilityTitle
     property bool alternateStyle: false
     // The name of a glyph drawn in place of the title, in the key's foreground colour.

@@ -6,7 +6,7 @@ import Veltor
 PressableButton {
     id: control
 
-    property string title
+    property string title: Theme.defaultButtonTitle
     property int textAlignment: Text.AlignHCenter
 
     accessibilityLabel: title

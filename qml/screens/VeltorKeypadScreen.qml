@@ -63,6 +63,7 @@ FocusScope {
                     spacing: screen.hairline
                     KeypadButton {
                         Layout.fillWidth: true
+                        title: ""
                         maskImage: "delete"
                         accessibilityTitle: controller.deleteAccessibilityTitle
                         onClicked: controller.deleteButtonTapped()

@@ -203,5 +203,10 @@
         <extracomment>Shown when the settings file cannot be written (read-only or full disk)</extracomment>
         <translation>Die Einstellungen können nicht in %1 gespeichert werden. Änderungen bleiben nur bis zum Beenden von Veltor erhalten.</translation>
     </message>
+    <message id="component.button.default">
+        <source>Button</source>
+        <extracomment>Title of a button that was given none</extracomment>
+        <translation>Schaltfläche</translation>
+    </message>
 </context>
 </TS>

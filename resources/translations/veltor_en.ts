@@ -203,5 +203,10 @@
         <extracomment>The app&apos;s name, in the window title</extracomment>
         <translation>Veltor</translation>
     </message>
+    <message id="component.button.default">
+        <source>Button</source>
+        <extracomment>Title of a button that was given none</extracomment>
+        <translation>Button</translation>
+    </message>
 </context>
 </TS>

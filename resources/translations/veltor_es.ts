@@ -203,5 +203,10 @@
         <extracomment>Shown when the settings file cannot be written (read-only or full disk)</extracomment>
         <translation>No se puede guardar la configuración en %1. Los cambios se mantendrán hasta que se cierre Veltor.</translation>
     </message>
+    <message id="component.button.default">
+        <source>Button</source>
+        <extracomment>Title of a button that was given none</extracomment>
+        <translation>Botón</translation>
+    </message>
 </context>
 </TS>

@@ -116,7 +116,7 @@
     <message id="map.attribution.default">
         <source>Map tiles: %1</source>
         <extracomment>Credit shown on the map for a tile server that named none; %1 is its host name</extracomment>
-        <translation>Fond de carte : %1</translation>
+        <translation>Fond de carte&#xa0;: %1</translation>
     </message>
     <message id="map.zoom-in">
         <source>Zoom in</source>
@@ -202,6 +202,11 @@
         <source>Settings cannot be saved to %1. Changes last until Veltor closes.</source>
         <extracomment>Shown when the settings file cannot be written (read-only or full disk)</extracomment>
         <translation>Impossible d&apos;enregistrer les paramètres dans %1. Les modifications resteront valables jusqu&apos;à la fermeture de Veltor.</translation>
+    </message>
+    <message id="component.button.default">
+        <source>Button</source>
+        <extracomment>Title of a button that was given none</extracomment>
+        <translation>Bouton</translation>
     </message>
 </context>
 </TS>

@@ -203,5 +203,10 @@
         <extracomment>Shown when the settings file cannot be written (read-only or full disk)</extracomment>
         <translation>Impossibile salvare le impostazioni in %1. Le modifiche resteranno valide fino alla chiusura di Veltor.</translation>
     </message>
+    <message id="component.button.default">
+        <source>Button</source>
+        <extracomment>Title of a button that was given none</extracomment>
+        <translation>Pulsante</translation>
+    </message>
 </context>
 </TS>

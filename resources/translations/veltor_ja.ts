@@ -203,5 +203,10 @@
         <extracomment>Shown when the settings file cannot be written (read-only or full disk)</extracomment>
         <translation>設定を%1に保存できません。変更はVeltorを終了するまで有効です。</translation>
     </message>
+    <message id="component.button.default">
+        <source>Button</source>
+        <extracomment>Title of a button that was given none</extracomment>
+        <translation>ボタン</translation>
+    </message>
 </context>
 </TS>

@@ -105,6 +105,13 @@ qreal Theme::hairline(qreal devicePixelRatio)
     return devicePixelRatio > 0.0 ? 1.0 / devicePixelRatio : 1.0;
 }
 
+QString Theme::defaultButtonTitle()
+{
+    //: Title of a button that was given none
+    //% "Button"
+    return qtTrId("component.button.default");
+}
+
 QString Theme::keyAccessibilityLabel(const QString &title, const QString &accessibilityTitle)
 {
     return accessibilityTitle.isEmpty() ? title : accessibilityTitle;

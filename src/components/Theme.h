@@ -49,6 +49,8 @@ class Theme : public QObject
     // Dims a pressed underline button at once; the release fades back over this time.
     Q_PROPERTY(qreal pressedOpacity READ pressedOpacity CONSTANT)
     Q_PROPERTY(int releaseFadeMs READ releaseFadeMs CONSTANT)
+    // What a button says before it is given a title of its own.
+    Q_PROPERTY(QString defaultButtonTitle READ defaultButtonTitle CONSTANT)
 
 public:
     enum Appearance
@@ -93,6 +95,7 @@ public:
     static constexpr qreal spacing() { return 12.0; }
     static constexpr qreal pressedOpacity() { return 0.3; }
     static constexpr int releaseFadeMs() { return 250; }
+    static QString defaultButtonTitle();
 
     // A key is the face colour with tint text; pressed, or of the alternate style, the two swap.
     Q_INVOKABLE static bool keyInverted(bool alternateStyle, bool pressed)
