@@ -55,7 +55,6 @@ void LatitudeLongitudeKeypadViewController::refreshKeys()
     m_southEastKey->setTitle(southEastTitle(), southEastAccessibilityTitle());
     m_degreeKey->setEnabled(degreeKeyEnabled());
     m_minuteKey->setEnabled(minuteKeyEnabled());
-    emit keysChanged();
 }
 
 LatitudeLongitudeKeypadViewController::~LatitudeLongitudeKeypadViewController() = default;

@@ -57,22 +57,9 @@ public:
     QString outputAccessibilityLabel() const;
     QList<KeypadKey *> keys() const { return m_keys; }
     QQmlListProperty<KeypadKey> keysProperty() { return {this, &m_keys}; }
-    static QString decimalTitle() { return QStringLiteral("."); }
-    static QString decimalAccessibilityTitle();
-    static QString degreeTitle() { return QStringLiteral("°"); }
-    static QString degreeAccessibilityTitle();
-    static QString minuteTitle() { return QStringLiteral("′"); }
-    static QString minuteAccessibilityTitle();
-    static QString deleteAccessibilityTitle();
-    QString northWestTitle() const;
-    QString northWestAccessibilityTitle() const;
-    QString southEastTitle() const;
-    QString southEastAccessibilityTitle() const;
     static QString doneTitle();
     bool degreeKeyEnabled() const;
     bool minuteKeyEnabled() const;
-
-    const LatitudeLongitudeKeypadStateMachine &stateMachine() const { return *m_stateMachine; }
 
     Q_INVOKABLE void numberButtonTapped(const QString &title);
     Q_INVOKABLE void decimalButtonTapped();
@@ -92,12 +79,22 @@ public:
 signals:
     void styleChanged();
     void outputChanged();
-    void keysChanged();
     // The output label should take the screen reader's focus, to read what was typed.
     void accessibilityFocusRequested();
     void dismissRequested();
 
 private:
+    static QString decimalTitle() { return QStringLiteral("."); }
+    static QString decimalAccessibilityTitle();
+    static QString degreeTitle() { return QStringLiteral("°"); }
+    static QString degreeAccessibilityTitle();
+    static QString minuteTitle() { return QStringLiteral("′"); }
+    static QString minuteAccessibilityTitle();
+    static QString deleteAccessibilityTitle();
+    QString northWestTitle() const;
+    QString northWestAccessibilityTitle() const;
+    QString southEastTitle() const;
+    QString southEastAccessibilityTitle() const;
     void makeStateMachine();
     void keyPressed();
     void refreshKeys();

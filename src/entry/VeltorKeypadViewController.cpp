@@ -114,7 +114,6 @@ void VeltorKeypadViewController::refreshKeys()
         m_keys[i]->setTitle(titles[i]);
         m_keys[i]->setEnabled(!titles[i].isEmpty());
     }
-    emit keysChanged();
     emit accessibilityFocusRequested();
 }
 

@@ -62,7 +62,6 @@ public:
 
 signals:
     void outputChanged();
-    void keysChanged();
     // The output label should take the screen reader's focus, to read what was typed.
     void accessibilityFocusRequested();
     void dismissRequested();
