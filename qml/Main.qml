@@ -6,7 +6,7 @@ import Veltor
 ApplicationWindow {
     id: window
 
-    required property int appearance
+    required property int appearanceOverride
     required property string initialScreen
     required property real initialZoomLevel
     readonly property bool settled: rootScreen.settled
@@ -20,7 +20,7 @@ ApplicationWindow {
     Binding {
         target: Theme
         property: "appearance"
-        value: window.appearance
+        value: rootScreen.appearance
     }
 
     StackView {
@@ -31,6 +31,7 @@ ApplicationWindow {
     RootScreen {
         id: rootScreen
         initialScreen: window.initialScreen
+        appearanceOverride: window.appearanceOverride
         initialZoomLevel: window.initialZoomLevel
     }
 }

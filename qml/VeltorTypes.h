@@ -14,6 +14,12 @@
 #include "PreferencesSystem.h"
 #include "RootCoordinatePanelController.h"
 #include "RootViewController.h"
+#include "SettingsViewController.h"
+#include "VeltorFormatSettingsViewController.h"
+#include "CoordinateFormatSettingsViewController.h"
+#include "DistanceFormatSettingsViewController.h"
+#include "AppearanceSettingsViewController.h"
+#include "FormatChoice.h"
 #include "Theme.h"
 #include "VeltorKeypadViewController.h"
 
@@ -147,4 +153,55 @@ struct KeypadKeyForeign
     QML_FOREIGN(KeypadKey)
     QML_NAMED_ELEMENT(KeypadKey)
     QML_UNCREATABLE("Keys are made by their keypad")
+};
+
+struct SettingsViewControllerForeign
+{
+    Q_GADGET
+    QML_FOREIGN(SettingsViewController)
+    QML_NAMED_ELEMENT(SettingsViewController)
+};
+
+struct VeltorFormatSettingsViewControllerForeign
+{
+    Q_GADGET
+    QML_FOREIGN(VeltorFormatSettingsViewController)
+    QML_NAMED_ELEMENT(VeltorFormatSettingsViewController)
+};
+
+struct CoordinateFormatSettingsViewControllerForeign
+{
+    Q_GADGET
+    QML_FOREIGN(CoordinateFormatSettingsViewController)
+    QML_NAMED_ELEMENT(CoordinateFormatSettingsViewController)
+};
+
+struct DistanceFormatSettingsViewControllerForeign
+{
+    Q_GADGET
+    QML_FOREIGN(DistanceFormatSettingsViewController)
+    QML_NAMED_ELEMENT(DistanceFormatSettingsViewController)
+};
+
+struct AppearanceSettingsViewControllerForeign
+{
+    Q_GADGET
+    QML_FOREIGN(AppearanceSettingsViewController)
+    QML_NAMED_ELEMENT(AppearanceSettingsViewController)
+};
+
+struct FormatChoiceForeign
+{
+    Q_GADGET
+    QML_FOREIGN(FormatChoice)
+    QML_NAMED_ELEMENT(FormatChoice)
+    QML_UNCREATABLE("Choices are made by their picker")
+};
+
+struct FormatPickerViewControllerForeign
+{
+    Q_GADGET
+    QML_FOREIGN(FormatPickerViewController)
+    QML_NAMED_ELEMENT(FormatPickerViewController)
+    QML_UNCREATABLE("Each setting has its own picker")
 };

@@ -9,6 +9,8 @@ Page {
     id: screen
 
     property string initialScreen
+    property int appearanceOverride: -1
+    readonly property int appearance: controller.appearance
     property real initialZoomLevel: 11
     title: controller.title
     // The map has every tile it needs and nothing moves: a picture now shows the whole screen.
@@ -17,6 +19,7 @@ Page {
     RootViewController {
         id: controller
         initialScreen: screen.initialScreen
+        appearanceOverride: screen.appearanceOverride
     }
     RootCoordinatePanelController {
         id: toolbarController
@@ -42,6 +45,11 @@ Page {
             }
             Item {
                 Layout.fillWidth: true
+            }
+            UnderlineButton {
+                title: controller.settingsTitle
+                font: Theme.body1Font
+                onClicked: controller.showSettings()
             }
             Body1Label {
                 text: toolbarController.accuracyText
@@ -158,6 +166,10 @@ Page {
         id: veltorKeypad
         VeltorKeypadScreen {}
     }
+    Component {
+        id: settingsScreen
+        SettingsScreen {}
+    }
 
     Connections {
         target: panel.controller
@@ -170,6 +182,7 @@ Page {
         function onLatitudeKeypadRequested() { sheet.present(latitudeKeypad) }
         function onLongitudeKeypadRequested() { sheet.present(longitudeKeypad) }
         function onVeltorKeypadRequested() { sheet.present(veltorKeypad) }
+        function onSettingsRequested() { sheet.present(settingsScreen) }
         function onAlertRequested(title: string, message: string, dismissButton: string) {
             alert.title = title
             alertMessage.text = message

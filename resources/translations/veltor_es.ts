@@ -208,5 +208,65 @@
         <extracomment>Title of a button that was given none</extracomment>
         <translation>Botón</translation>
     </message>
+    <message id="settings.appearance">
+        <source>Appearance</source>
+        <extracomment>Row and picker title for the appearance of the screens</extracomment>
+        <translation>Apariencia</translation>
+    </message>
+    <message id="appearance.night.name">
+        <source>Night</source>
+        <extracomment>Appearance with dark surfaces</extracomment>
+        <translation>Noche</translation>
+    </message>
+    <message id="appearance.red.name">
+        <source>Red night</source>
+        <extracomment>Appearance in black and deep red only, to keep night vision</extracomment>
+        <translation>Noche roja</translation>
+    </message>
+    <message id="appearance.day.name">
+        <source>Day</source>
+        <extracomment>Appearance with light surfaces</extracomment>
+        <translation>Día</translation>
+    </message>
+    <message id="settings.coordinate-format">
+        <source>Coordinates</source>
+        <extracomment>Row and picker title for the latitude and longitude notation</extracomment>
+        <translation>Coordenadas</translation>
+    </message>
+    <message id="settings.distance-format">
+        <source>Accuracy units</source>
+        <extracomment>Row and picker title for the units of the accuracy read-out</extracomment>
+        <translation>Unidades de precisión</translation>
+    </message>
+    <message id="format.distance.metric.name">
+        <source>Metric</source>
+        <extracomment>Metric Format Name</extracomment>
+        <translation>Métrico</translation>
+    </message>
+    <message id="format.distance.imperial.name">
+        <source>Imperial</source>
+        <extracomment>Imperial Format Name</extracomment>
+        <translation>Imperial</translation>
+    </message>
+    <message id="settings.title">
+        <source>Settings</source>
+        <extracomment>Title of the settings screen and spoken name of the button that opens it</extracomment>
+        <translation>Ajustes</translation>
+    </message>
+    <message id="general.back">
+        <source>Back</source>
+        <extracomment>Button that goes back from a picker to the settings</extracomment>
+        <translation>Atrás</translation>
+    </message>
+    <message id="settings.show-grid">
+        <source>Show grid</source>
+        <extracomment>Row of the switch that shows or hides the locator grid on the map</extracomment>
+        <translation>Mostrar cuadrícula</translation>
+    </message>
+    <message id="settings.veltor-format">
+        <source>Locator precision</source>
+        <extracomment>Row and picker title for the locator precision</extracomment>
+        <translation>Precisión del locator</translation>
+    </message>
 </context>
 </TS>

@@ -34,7 +34,8 @@ struct AppCommandLine
     // An empty template switches back to the offline basemap.
     std::optional<QString> tileTemplate;
     std::optional<QString> tileAttribution;
-    Theme::Appearance appearance = Theme::Day;
+    // Unset: the user's own setting.
+    std::optional<Theme::Appearance> appearance;
     QString initialScreen;
 
     // Reads the arguments, the program's name first.

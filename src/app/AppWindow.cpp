@@ -50,7 +50,8 @@ int AppWindow::start(const AppCommandLine &commandLine)
     // The engine owns the provider and drops it with itself.
     m_engine->addImageProvider(QString(KeypadGlyphProvider::providerId), new KeypadGlyphProvider);
     QVariantMap initialProperties{
-        {QStringLiteral("appearance"), int(commandLine.appearance)},
+        {QStringLiteral("appearanceOverride"),
+         commandLine.appearance ? int(*commandLine.appearance) : -1},
         {QStringLiteral("initialScreen"), commandLine.initialScreen},
         {QStringLiteral("initialZoomLevel"), commandLine.zoomLevel},
     };

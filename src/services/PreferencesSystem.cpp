@@ -38,6 +38,17 @@ DistanceFormat PreferencesSystem::distanceFormat() const
     return stored.value_or(localeDefault(m_locale));
 }
 
+Appearance PreferencesSystem::appearance() const
+{
+    const auto raw = m_defaults.stringForKey(appearanceKey);
+    return raw ? appearanceFromRawValue(*raw).value_or(Appearance::Day) : Appearance::Day;
+}
+
+void PreferencesSystem::setAppearance(Appearance appearance)
+{
+    writeString(rawValue(appearance), appearanceKey, PreferencesSystemAppearanceDidChangeNotification);
+}
+
 bool PreferencesSystem::showGrid() const
 {
     return m_defaults.boolForKey(showGridKey);

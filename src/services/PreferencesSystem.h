@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Appearance.h"
 #include "CoordinateFormat.h"
 #include "DistanceFormat.h"
 #include "VeltorFormat.h"
@@ -20,8 +21,10 @@ inline constexpr QLatin1StringView PreferencesSystemDistanceFormatDidChangeNotif
     "PreferencesSystemDistanceFormatDidChangeNotification"};
 inline constexpr QLatin1StringView PreferencesSystemShowGridDidChangeNotification{
     "PreferencesSystemShowGridDidChangeNotification"};
+inline constexpr QLatin1StringView PreferencesSystemAppearanceDidChangeNotification{
+    "PreferencesSystemAppearanceDidChangeNotification"};
 
-// The four user settings. Every read goes to the store, so a value is current even if the store
+// The user settings. Every read goes to the store, so a value is current even if the store
 // was written elsewhere; every write stores, synchronises and posts its notification, even when
 // the value does not change. Only the grid flag has a registered default: nothing is written
 // until the user changes a setting.
@@ -34,6 +37,7 @@ public:
     const QString coordinateFormatKey = QStringLiteral("CoordinateFormatPreference");
     const QString distanceFormatKey = QStringLiteral("DistanceFormatPreference");
     const QString showGridKey = QStringLiteral("ShowGridPreference");
+    const QString appearanceKey = QStringLiteral("AppearancePreference");
 
     PreferencesSystem(UserDefaults &defaults, NotificationCenter &notificationCenter,
                       const QLocale &locale = QLocale());
@@ -48,6 +52,9 @@ public:
     void setDistanceFormat(DistanceFormat format);
     bool showGrid() const;
     void setShowGrid(bool show);
+    // Day until the user chooses.
+    Appearance appearance() const;
+    void setAppearance(Appearance appearance);
 
     UserDefaults &defaults() const { return m_defaults; }
     NotificationCenter &notificationCenter() const { return m_notificationCenter; }

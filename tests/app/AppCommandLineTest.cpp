@@ -71,7 +71,7 @@ TEST(AppCommandLineTest, EveryOptionReachesItsSetting)
     EXPECT_TRUE(run.track);
 
     const AppCommandLine plain = parse({});
-    EXPECT_EQ(plain.appearance, Theme::Day);
+    EXPECT_FALSE(plain.appearance.has_value());
     EXPECT_EQ(plain.zoomLevel, 11.0);
     EXPECT_TRUE(plain.initialScreen.isEmpty());
     EXPECT_FALSE(plain.tileTemplate.has_value());

@@ -83,6 +83,14 @@ private slots:
             {"LatitudeLongitudeKeypadScreen", "anchors.fill: parent"},
             {"LatitudeLongitudeKeypadScreen",
              "anchors.fill: parent; style: LatitudeLongitudeKeypadViewController.Longitude"},
+            {"SettingsScreen", "anchors.fill: parent"},
+            {"VeltorFormatPickerScreen", "anchors.fill: parent"},
+            {"CoordinateFormatPickerScreen", "anchors.fill: parent"},
+            {"DistanceFormatPickerScreen", "anchors.fill: parent"},
+            {"AppearancePickerScreen", "anchors.fill: parent"},
+            {"SettingsRow", "title: \"x\"; detail: \"y\""},
+            {"SwitchRow", "title: \"x\"; checked: true"},
+            {"ChoiceRow", "text: \"x\"; checked: true"},
             {"TitleLabel", "text: \"x\""},
             {"Body1Label", "text: \"x\""},
             {"Body2Label", "text: \"x\""},
@@ -142,22 +150,36 @@ private slots:
     }
 
     // The window opens the screen named at launch, in a form sheet, and Escape closes it.
+    void mainWindowOpensTheScreenAskedFor_data()
+    {
+        QTest::addColumn<QString>("screen");
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QString>("typed");
+        QTest::newRow("locator keypad") << "locator-keypad" << "VeltorKeypadScreen" << "JN5";
+        QTest::newRow("latitude keypad") << "latitude-keypad" << "LatitudeLongitudeKeypadScreen"
+                                         << QString::fromUtf8("5° N");
+        QTest::newRow("settings") << "settings" << "SettingsScreen" << QString();
+    }
+
     void mainWindowOpensTheScreenAskedFor()
     {
+        QFETCH(QString, screen);
+        QFETCH(QString, type);
+        QFETCH(QString, typed);
         QTest::failOnWarning(QRegularExpression(QStringLiteral(".+")));
         QQmlApplicationEngine engine;
         prepare(engine);
-        engine.setInitialProperties({{QStringLiteral("appearance"), 2},
-                                     {QStringLiteral("initialScreen"), QStringLiteral("locator-keypad")},
+        engine.setInitialProperties({{QStringLiteral("appearanceOverride"), 2},
+                                     {QStringLiteral("initialScreen"), screen},
                                      {QStringLiteral("initialZoomLevel"), 4.0}});
         engine.load(QUrl(QStringLiteral("qrc:/Veltor/Main.qml")));
         QCOMPARE(engine.rootObjects().size(), 1);
         auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().first());
         QVERIFY(window);
         QVERIFY(QTest::qWaitForWindowExposed(window));
-        const auto keypadShown = [window] {
+        const auto keypadShown = [window, type] {
             for (QQuickItem *item : allItems(window->contentItem())) {
-                if (QString::fromLatin1(item->metaObject()->className()).startsWith(u"VeltorKeypadScreen"))
+                if (QString::fromLatin1(item->metaObject()->className()).startsWith(type + QStringLiteral("_QML")))
                     return item->isVisible();
             }
             return false;
@@ -168,7 +190,8 @@ private slots:
         const Coordinate before = ApplicationStateSystem::sharedSystem().coordinate();
         for (const char key : {'j', 'n', '5'})
             QTest::keyClick(window, key);
-        QTRY_COMPARE(window->activeFocusItem()->property("text").toString(), QStringLiteral("JN5"));
+        if (!typed.isEmpty())
+            QTRY_COMPARE(window->activeFocusItem()->property("text").toString(), typed);
         QTest::keyClick(window, Qt::Key_Escape);
         QTRY_VERIFY(!keypadShown());
         QCOMPARE(ApplicationStateSystem::sharedSystem().coordinate(), before);

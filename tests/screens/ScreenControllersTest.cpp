@@ -133,14 +133,16 @@ TEST_F(ScreenControllersTest, RootOpensScreensByNameAndReportsAStoreThatFails)
 {
     ScriptableLocationManager manager;
     LocationTrackingSystem tracking(manager, m_state);
-    RootViewController root(tracking, m_defaults);
+    RootViewController root(tracking, m_preferences, m_defaults);
     QSignalSpy latitude(&root, &RootViewController::latitudeKeypadRequested);
     QSignalSpy longitude(&root, &RootViewController::longitudeKeypadRequested);
     QSignalSpy veltor(&root, &RootViewController::veltorKeypadRequested);
+    QSignalSpy settings(&root, &RootViewController::settingsRequested);
     for (const QString &name : RootViewController::screenNames())
         EXPECT_TRUE(root.openScreen(name)) << name.toStdString();
-    EXPECT_FALSE(root.openScreen(QStringLiteral("settings")));
+    EXPECT_FALSE(root.openScreen(QStringLiteral("preferences")));
     EXPECT_EQ(std::tuple(latitude.count(), longitude.count(), veltor.count()), std::tuple(1, 1, 1));
+    EXPECT_EQ(settings.count(), 1);
 
     // The screen named at launch opens once the window is built, not before.
     root.setInitialScreen(QStringLiteral("locator-keypad"));

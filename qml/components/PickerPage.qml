@@ -1,0 +1,62 @@
+import QtQuick
+import QtQuick.Layouts
+import Veltor
+
+// The page of a picker: Back and the title, then one row per choice.
+FocusScope {
+    id: page
+
+    required property FormatPickerViewController picker
+
+    signal backRequested()
+
+    focus: true
+    Keys.onEscapePressed: page.backRequested()
+    Keys.onBackPressed: page.backRequested()
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 0
+        RowLayout {
+            Layout.fillWidth: true
+            UnderlineButton {
+                title: page.picker.backTitle
+                font: Theme.body1Font
+                onClicked: page.backRequested()
+            }
+            Body2Label {
+                Layout.fillWidth: true
+                text: page.picker.title
+                horizontalAlignment: Text.AlignHCenter
+            }
+            Item {
+                implicitWidth: Theme.minimumTouchSize
+            }
+        }
+        Rectangle {
+            Layout.fillWidth: true
+            implicitHeight: choiceColumn.implicitHeight
+            color: Theme.dividerColor
+            Column {
+                id: choiceColumn
+                width: parent.width
+                spacing: Theme.hairline(Screen.devicePixelRatio)
+                Repeater {
+                    model: page.picker.choices
+                    ChoiceRow {
+                        required property FormatChoice modelData
+                        anchors.left: parent.left
+                        anchors.right: parent.right
+                        text: modelData.text
+                        accessibilityLabel: modelData.accessibilityLabel
+                        checked: modelData.checked
+                        onClicked: modelData.select()
+                    }
+                }
+            }
+        }
+        Item {
+            Layout.fillHeight: true
+        }
+    }
+}

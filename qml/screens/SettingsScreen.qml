@@ -1,0 +1,132 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Veltor
+
+// The settings, with their pickers pushed on a stack of their own: Done (or Escape) closes
+// the whole sheet, Back (or Escape) leaves a picker.
+FocusScope {
+    id: screen
+
+    readonly property list<Component> pickers: [veltorPicker, coordinatePicker, distancePicker,
+        appearancePicker]
+
+    signal dismissRequested()
+
+    focus: true
+
+    SettingsViewController {
+        id: controller
+        onDismissRequested: screen.dismissRequested()
+        onPickerRequested: picker => stack.push(screen.pickers[picker])
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.surfaceColor
+    }
+
+    StackView {
+        id: stack
+        anchors.fill: parent
+        focus: true
+        initialItem: settingsPage
+    }
+    // Every picker asks to go back the same way.
+    Connections {
+        target: stack.currentItem
+        ignoreUnknownSignals: true
+        function onBackRequested() { stack.pop() }
+    }
+
+    Component {
+        id: veltorPicker
+        VeltorFormatPickerScreen {}
+    }
+    Component {
+        id: coordinatePicker
+        CoordinateFormatPickerScreen {}
+    }
+    Component {
+        id: distancePicker
+        DistanceFormatPickerScreen {}
+    }
+    Component {
+        id: appearancePicker
+        AppearancePickerScreen {}
+    }
+
+    FocusScope {
+        id: settingsPage
+        focus: true
+        Keys.onEscapePressed: controller.dismiss()
+
+        ColumnLayout {
+            anchors.fill: parent
+            spacing: 0
+            RowLayout {
+                Layout.fillWidth: true
+                Item {
+                    implicitWidth: Theme.minimumTouchSize
+                }
+                Body2Label {
+                    Layout.fillWidth: true
+                    text: controller.title
+                    horizontalAlignment: Text.AlignHCenter
+                }
+                UnderlineButton {
+                    title: controller.doneTitle
+                    font: Theme.body2Font
+                    onClicked: controller.dismiss()
+                }
+            }
+            Rectangle {
+                Layout.fillWidth: true
+                implicitHeight: rows.implicitHeight
+                color: Theme.dividerColor
+                Column {
+                    id: rows
+                    width: parent.width
+                    spacing: Theme.hairline(Screen.devicePixelRatio)
+                    SettingsRow {
+                        width: rows.width
+                        title: controller.veltorFormatTitle
+                        detail: controller.veltorFormatDetail
+                        detailAccessibilityLabel: controller.veltorFormatAccessibilityLabel
+                        onClicked: controller.showPicker(SettingsViewController.VeltorFormatPicker)
+                    }
+                    SettingsRow {
+                        width: rows.width
+                        title: controller.coordinateFormatTitle
+                        detail: controller.coordinateFormatDetail
+                        detailAccessibilityLabel: controller.coordinateFormatAccessibilityLabel
+                        onClicked: controller.showPicker(SettingsViewController.CoordinateFormatPicker)
+                    }
+                    SettingsRow {
+                        width: rows.width
+                        title: controller.distanceFormatTitle
+                        detail: controller.distanceFormatDetail
+                        detailAccessibilityLabel: controller.distanceFormatDetail
+                        onClicked: controller.showPicker(SettingsViewController.DistanceFormatPicker)
+                    }
+                    SwitchRow {
+                        width: rows.width
+                        title: controller.showGridTitle
+                        checked: controller.showGrid
+                        onClicked: controller.toggleShowGrid()
+                    }
+                    SettingsRow {
+                        width: rows.width
+                        title: controller.appearanceTitle
+                        detail: controller.appearanceDetail
+                        detailAccessibilityLabel: controller.appearanceDetail
+                        onClicked: controller.showPicker(SettingsViewController.AppearancePicker)
+                    }
+                }
+            }
+            Item {
+                Layout.fillHeight: true
+            }
+        }
+    }
+}

@@ -1,0 +1,59 @@
+#include "AppearanceSettingsViewController.h"
+
+#include "PreferencesSystem.h"
+
+#include <array>
+
+namespace {
+
+constexpr std::array order{Appearance::Day, Appearance::Night, Appearance::Red};
+
+} // namespace
+
+AppearanceSettingsViewController::AppearanceSettingsViewController(QObject *parent)
+    : AppearanceSettingsViewController(PreferencesSystem::sharedSystem(), parent)
+{
+}
+
+AppearanceSettingsViewController::AppearanceSettingsViewController(PreferencesSystem &preferences, QObject *parent)
+    : FormatPickerViewController(preferences, int(order.size()), PreferencesSystemAppearanceDidChangeNotification, parent)
+{
+    reload();
+}
+
+QString AppearanceSettingsViewController::settingTitle()
+{
+    //: Row and picker title for the appearance of the screens
+    //% "Appearance"
+    return qtTrId("settings.appearance");
+}
+
+void AppearanceSettingsViewController::fill(int row, FormatChoice &choice) const
+{
+    const Appearance appearance = order[row];
+    choice.set(name(appearance), QString(), appearance == m_preferences.appearance());
+}
+
+void AppearanceSettingsViewController::write(int row)
+{
+    m_preferences.setAppearance(order[row]);
+}
+
+QString AppearanceSettingsViewController::name(Appearance appearance)
+{
+    switch (appearance) {
+    case Appearance::Night:
+        //: Appearance with dark surfaces
+        //% "Night"
+        return qtTrId("appearance.night.name");
+    case Appearance::Red:
+        //: Appearance in black and deep red only, to keep night vision
+        //% "Red night"
+        return qtTrId("appearance.red.name");
+    case Appearance::Day:
+        break;
+    }
+    //: Appearance with light surfaces
+    //% "Day"
+    return qtTrId("appearance.day.name");
+}

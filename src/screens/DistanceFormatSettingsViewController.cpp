@@ -1,0 +1,52 @@
+#include "DistanceFormatSettingsViewController.h"
+
+#include "PreferencesSystem.h"
+
+#include <array>
+
+namespace {
+
+constexpr std::array order{DistanceFormat::Metric, DistanceFormat::Imperial};
+
+} // namespace
+
+DistanceFormatSettingsViewController::DistanceFormatSettingsViewController(QObject *parent)
+    : DistanceFormatSettingsViewController(PreferencesSystem::sharedSystem(), parent)
+{
+}
+
+DistanceFormatSettingsViewController::DistanceFormatSettingsViewController(PreferencesSystem &preferences, QObject *parent)
+    : FormatPickerViewController(preferences, int(order.size()), PreferencesSystemDistanceFormatDidChangeNotification, parent)
+{
+    reload();
+}
+
+QString DistanceFormatSettingsViewController::settingTitle()
+{
+    //: Row and picker title for the units of the accuracy read-out
+    //% "Accuracy units"
+    return qtTrId("settings.distance-format");
+}
+
+void DistanceFormatSettingsViewController::fill(int row, FormatChoice &choice) const
+{
+    const DistanceFormat format = order[row];
+    choice.set(name(format), QString(), format == m_preferences.distanceFormat());
+}
+
+void DistanceFormatSettingsViewController::write(int row)
+{
+    m_preferences.setDistanceFormat(order[row]);
+}
+
+QString DistanceFormatSettingsViewController::name(DistanceFormat format)
+{
+    if (format == DistanceFormat::Metric) {
+        //: Metric Format Name
+        //% "Metric"
+        return qtTrId("format.distance.metric.name");
+    }
+    //: Imperial Format Name
+    //% "Imperial"
+    return qtTrId("format.distance.imperial.name");
+}

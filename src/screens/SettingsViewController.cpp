@@ -1,0 +1,104 @@
+#include "SettingsViewController.h"
+
+#include "AppearanceSettingsViewController.h"
+#include "CoordinateFormatSettingsViewController.h"
+#include "CoordinateFormatter.h"
+#include "DistanceFormatSettingsViewController.h"
+#include "PreferencesSystem.h"
+#include "VeltorFormatSettingsViewController.h"
+#include "VeltorFormatter.h"
+
+SettingsViewController::SettingsViewController(QObject *parent)
+    : SettingsViewController(PreferencesSystem::sharedSystem(), parent)
+{
+}
+
+SettingsViewController::SettingsViewController(PreferencesSystem &preferences, QObject *parent)
+    : QObject(parent), m_preferences(preferences), m_showGrid(preferences.showGrid())
+{
+    const auto reload = [this](auto &&...) { reloadRows(); };
+    NotificationCenter &center = m_preferences.notificationCenter();
+    m_veltorFormatObserver.emplace(QString(PreferencesSystemVeltorFormatDidChangeNotification),
+                                   &m_preferences, reload, center);
+    m_coordinateFormatObserver.emplace(
+        QString(PreferencesSystemCoordinateFormatDidChangeNotification), &m_preferences, reload,
+        center);
+    m_distanceFormatObserver.emplace(QString(PreferencesSystemDistanceFormatDidChangeNotification),
+                                     &m_preferences, reload, center);
+    m_appearanceObserver.emplace(QString(PreferencesSystemAppearanceDidChangeNotification),
+                                 &m_preferences, reload, center);
+    reloadRows();
+}
+
+void SettingsViewController::reloadRows()
+{
+    constexpr Coordinate sample{FormatPickerViewController::sampleLatitude,
+                                FormatPickerViewController::sampleLongitude};
+    VeltorFormatter veltorFormatter;
+    veltorFormatter.setFormat(m_preferences.veltorFormat());
+    m_veltorFormatDetail = veltorFormatter.stringFromCoordinate(sample);
+    m_veltorFormatAccessibilityLabel = spelledOut(m_veltorFormatDetail);
+    CoordinateFormatter coordinateFormatter;
+    coordinateFormatter.setFormat(m_preferences.coordinateFormat());
+    m_coordinateFormatDetail = coordinateFormatter.stringFromDegrees(sample.latitude, QStringLiteral("N"));
+    m_coordinateFormatAccessibilityLabel = accessibilityStringFromDegrees(
+        coordinateFormatter.format(), sample.latitude, QStringLiteral("north"));
+    m_distanceFormatDetail = DistanceFormatSettingsViewController::name(m_preferences.distanceFormat());
+    m_appearanceDetail = AppearanceSettingsViewController::name(m_preferences.appearance());
+    emit rowsChanged();
+}
+
+void SettingsViewController::toggleShowGrid()
+{
+    m_showGrid = !m_showGrid;
+    emit showGridChanged();
+    m_preferences.setShowGrid(m_showGrid);
+}
+
+QString SettingsViewController::title()
+{
+    //: Title of the settings screen and spoken name of the button that opens it
+    //% "Settings"
+    return qtTrId("settings.title");
+}
+
+QString SettingsViewController::doneTitle()
+{
+    //: Done Button
+    //% "Done"
+    return qtTrId("general.done");
+}
+
+QString SettingsViewController::backTitle()
+{
+    //: Button that goes back from a picker to the settings
+    //% "Back"
+    return qtTrId("general.back");
+}
+
+QString SettingsViewController::veltorFormatTitle()
+{
+    return VeltorFormatSettingsViewController::settingTitle();
+}
+
+QString SettingsViewController::coordinateFormatTitle()
+{
+    return CoordinateFormatSettingsViewController::settingTitle();
+}
+
+QString SettingsViewController::distanceFormatTitle()
+{
+    return DistanceFormatSettingsViewController::settingTitle();
+}
+
+QString SettingsViewController::appearanceTitle()
+{
+    return AppearanceSettingsViewController::settingTitle();
+}
+
+QString SettingsViewController::showGridTitle()
+{
+    //: Row of the switch that shows or hides the locator grid on the map
+    //% "Show grid"
+    return qtTrId("settings.show-grid");
+}

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "NotificationObserver.h"
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+#include <optional>
+
+class PreferencesSystem;
+
+// The settings: locator precision, coordinate notation and accuracy units, each shown on the
+// sample point and leading to its picker; the grid switch; and the appearance. The rows follow
+// every write of a setting, so a picker's choice shows before the user comes back.
+class SettingsViewController : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString title READ title CONSTANT)
+    Q_PROPERTY(QString doneTitle READ doneTitle CONSTANT)
+    Q_PROPERTY(QString backTitle READ backTitle CONSTANT)
+    Q_PROPERTY(QString veltorFormatTitle READ veltorFormatTitle CONSTANT)
+    Q_PROPERTY(QString veltorFormatDetail READ veltorFormatDetail NOTIFY rowsChanged)
+    Q_PROPERTY(QString veltorFormatAccessibilityLabel READ veltorFormatAccessibilityLabel NOTIFY rowsChanged)
+    Q_PROPERTY(QString coordinateFormatTitle READ coordinateFormatTitle CONSTANT)
+    Q_PROPERTY(QString coordinateFormatDetail READ coordinateFormatDetail NOTIFY rowsChanged)
+    Q_PROPERTY(QString coordinateFormatAccessibilityLabel READ coordinateFormatAccessibilityLabel NOTIFY rowsChanged)
+    Q_PROPERTY(QString distanceFormatTitle READ distanceFormatTitle CONSTANT)
+    Q_PROPERTY(QString distanceFormatDetail READ distanceFormatDetail NOTIFY rowsChanged)
+    Q_PROPERTY(QString appearanceTitle READ appearanceTitle CONSTANT)
+    Q_PROPERTY(QString appearanceDetail READ appearanceDetail NOTIFY rowsChanged)
+    Q_PROPERTY(QString showGridTitle READ showGridTitle CONSTANT)
+    Q_PROPERTY(bool showGrid READ showGrid NOTIFY showGridChanged)
+
+public:
+    enum Picker
+    {
+        VeltorFormatPicker,
+        CoordinateFormatPicker,
+        DistanceFormatPicker,
+        AppearancePicker
+    };
+    Q_ENUM(Picker)
+
+    // Over the app's shared preferences.
+    explicit SettingsViewController(QObject *parent = nullptr);
+    explicit SettingsViewController(PreferencesSystem &preferences, QObject *parent = nullptr);
+
+    static QString title();
+    static QString doneTitle();
+    static QString backTitle();
+    static QString veltorFormatTitle();
+    static QString coordinateFormatTitle();
+    static QString distanceFormatTitle();
+    static QString appearanceTitle();
+    static QString showGridTitle();
+    QString veltorFormatDetail() const { return m_veltorFormatDetail; }
+    QString veltorFormatAccessibilityLabel() const { return m_veltorFormatAccessibilityLabel; }
+    QString coordinateFormatDetail() const { return m_coordinateFormatDetail; }
+    QString coordinateFormatAccessibilityLabel() const { return m_coordinateFormatAccessibilityLabel; }
+    QString distanceFormatDetail() const { return m_distanceFormatDetail; }
+    QString appearanceDetail() const { return m_appearanceDetail; }
+    bool showGrid() const { return m_showGrid; }
+
+    // A tap anywhere on the grid row flips the switch and writes the setting.
+    Q_INVOKABLE void toggleShowGrid();
+    Q_INVOKABLE void showPicker(Picker picker) { emit pickerRequested(picker); }
+    Q_INVOKABLE void dismiss() { emit dismissRequested(); }
+
+signals:
+    void rowsChanged();
+    void showGridChanged();
+    void pickerRequested(SettingsViewController::Picker picker);
+    void dismissRequested();
+
+private:
+    void reloadRows();
+
+    PreferencesSystem &m_preferences;
+    std::optional<NotificationObserver> m_veltorFormatObserver;
+    std::optional<NotificationObserver> m_coordinateFormatObserver;
+    std::optional<NotificationObserver> m_distanceFormatObserver;
+    std::optional<NotificationObserver> m_appearanceObserver;
+    QString m_veltorFormatDetail;
+    QString m_veltorFormatAccessibilityLabel;
+    QString m_coordinateFormatDetail;
+    QString m_coordinateFormatAccessibilityLabel;
+    QString m_distanceFormatDetail;
+    QString m_appearanceDetail;
+    bool m_showGrid;
+};

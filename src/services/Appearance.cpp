@@ -1,0 +1,20 @@
+#include "Appearance.h"
+
+#include "RawValueTable.h"
+
+namespace {
+
+constexpr RawValueTable<Appearance, 3> table{
+    {u"AppearanceDay", u"AppearanceNight", u"AppearanceRed"}};
+
+} // namespace
+
+QStringView rawValue(Appearance appearance)
+{
+    return table.rawValue(appearance);
+}
+
+std::optional<Appearance> appearanceFromRawValue(QStringView raw)
+{
+    return table.fromRawValue(raw);
+}
