@@ -6,6 +6,8 @@ PressableButton {
     id: control
 
     property string title
+    // A glyph in place of the title.
+    property string glyph
 
     implicitWidth: Theme.minimumTouchSize
     implicitHeight: Theme.minimumTouchSize
@@ -16,11 +18,20 @@ PressableButton {
         color: Theme.mapControlColor
         border.color: Theme.dividerColor
     }
-    contentItem: Text {
-        text: control.title
-        color: Theme.mapControlTextColor
-        font: control.font
-        horizontalAlignment: Text.AlignHCenter
-        verticalAlignment: Text.AlignVCenter
+    contentItem: Item {
+        Text {
+            anchors.fill: parent
+            text: control.title
+            color: Theme.mapControlTextColor
+            font: control.font
+            horizontalAlignment: Text.AlignHCenter
+            verticalAlignment: Text.AlignVCenter
+        }
+        Image {
+            anchors.centerIn: parent
+            source: Theme.glyphSource(control.glyph, Theme.mapControlTextColor)
+            sourceSize.width: 34
+            sourceSize.height: 24
+        }
     }
 }

@@ -8,6 +8,8 @@ PressableButton {
 
     property string title
     property string accessibilityHint
+    // A glyph before the title, in the title's colour.
+    property string glyph
     property bool alternateStyle: false
     property color backgroundColor: Theme.keyFaceColor
     property color foregroundColor: Theme.tintColor
@@ -21,12 +23,23 @@ PressableButton {
         border.color: Theme.tintColor
         border.width: 2
     }
-    contentItem: Text {
-        text: control.title
-        color: control.foregroundColor
-        font: control.font
-        horizontalAlignment: Text.AlignHCenter
-        verticalAlignment: Text.AlignVCenter
+    contentItem: Item {
+        Row {
+            anchors.centerIn: parent
+            spacing: Theme.spacing
+            Image {
+                anchors.verticalCenter: parent.verticalCenter
+                source: Theme.glyphSource(control.glyph, control.foregroundColor)
+                sourceSize.width: 34
+                sourceSize.height: 24
+            }
+            Text {
+                anchors.verticalCenter: parent.verticalCenter
+                text: control.title
+                color: control.foregroundColor
+                font: control.font
+            }
+        }
     }
 
     states: State {

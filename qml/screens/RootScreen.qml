@@ -46,11 +46,6 @@ Page {
             Item {
                 Layout.fillWidth: true
             }
-            UnderlineButton {
-                title: controller.settingsTitle
-                font: Theme.body1Font
-                onClicked: controller.showSettings()
-            }
             Body1Label {
                 text: toolbarController.accuracyText
                 opacity: toolbarController.accuracyOpacity
@@ -102,6 +97,26 @@ Page {
             }
 
             Column {
+                anchors.left: parent.left
+                anchors.top: parent.top
+                anchors.margins: Theme.spacing
+                spacing: Theme.spacing
+                MapControlButton {
+                    title: ""
+                    glyph: "settings"
+                    accessibilityLabel: controller.settingsTitle
+                    onClicked: controller.showSettings()
+                }
+                MapControlButton {
+                    id: shareButton
+                    title: ""
+                    glyph: "share"
+                    accessibilityLabel: mapPanel.shareTitle
+                    onClicked: mapPanel.share()
+                }
+            }
+
+            Column {
                 anchors.right: parent.right
                 anchors.verticalCenter: parent.verticalCenter
                 anchors.rightMargin: Theme.spacing
@@ -142,6 +157,7 @@ Page {
                 accessibilityLabel: mapPanel.trackingButtonAccessibilityTitle
                 accessibilityHint: mapPanel.trackingButtonAccessibilityHint
                 alternateStyle: mapPanel.tracking
+                glyph: mapPanel.trackingButtonImage
                 onClicked: mapPanel.toggleTracking()
             }
         }
@@ -149,6 +165,23 @@ Page {
 
     FormSheet {
         id: sheet
+    }
+    ShareSheet {
+        id: shareSheet
+        panel: mapPanel
+    }
+    Connections {
+        target: mapPanel
+        function onShareSheetRequested() { shareSheet.present(shareButton) }
+    }
+    // The locator and the latitude and longitude, straight to the clipboard.
+    Shortcut {
+        sequence: "Ctrl+C"
+        onActivated: mapPanel.copyVeltor()
+    }
+    Shortcut {
+        sequence: "Ctrl+Shift+C"
+        onActivated: mapPanel.copyLatitudeLongitude()
     }
     Component {
         id: latitudeKeypad

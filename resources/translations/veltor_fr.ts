@@ -268,5 +268,30 @@
         <extracomment>Row and picker title for the locator precision</extracomment>
         <translation>Précision du locator</translation>
     </message>
+    <message id="sharesheet.title">
+        <source>Share</source>
+        <extracomment>Button that opens the share sheet</extracomment>
+        <translation>Partager</translation>
+    </message>
+    <message id="sharesheet.copy-latitude-longitude">
+        <source>Copy Latitude and Longitude</source>
+        <extracomment>Action to copy latitude and longitude-formatted string</extracomment>
+        <translation>Copier la latitude et la longitude</translation>
+    </message>
+    <message id="sharesheet.copy-veltor">
+        <source>Copy Locator</source>
+        <extracomment>Action to copy veltor-formatted string</extracomment>
+        <translation>Copier le locator</translation>
+    </message>
+    <message id="sharesheet.show-in-maps">
+        <source>Show in Maps</source>
+        <extracomment>Action to show a location in the Maps app</extracomment>
+        <translation>Afficher dans Plans</translation>
+    </message>
+    <message id="general.cancel">
+        <source>Cancel</source>
+        <extracomment>Action to cancel display of the share sheet</extracomment>
+        <translation>Annuler</translation>
+    </message>
 </context>
 </TS>

@@ -1,6 +1,6 @@
 #include "AppWindow.h"
 
-#include "KeypadGlyphProvider.h"
+#include "GlyphImageProvider.h"
 #include "LocationTrackingSystem.h"
 #include "MapPanelController.h"
 #include "UserDefaults.h"
@@ -48,7 +48,7 @@ int AppWindow::start(const AppCommandLine &commandLine)
     // Qt 6.4 does not look for modules in the resources by itself; ours is at qrc:/Veltor.
     m_engine->addImportPath(QStringLiteral("qrc:/"));
     // The engine owns the provider and drops it with itself.
-    m_engine->addImageProvider(QString(KeypadGlyphProvider::providerId), new KeypadGlyphProvider);
+    m_engine->addImageProvider(QString(GlyphImageProvider::providerId), new GlyphImageProvider);
     QVariantMap initialProperties{
         {QStringLiteral("appearanceOverride"),
          commandLine.appearance ? int(*commandLine.appearance) : -1},

@@ -1,6 +1,6 @@
 #include "Theme.h"
 
-#include "KeypadGlyphProvider.h"
+#include "GlyphImageProvider.h"
 
 #include <algorithm>
 #include <array>
@@ -122,7 +122,7 @@ QUrl Theme::glyphSource(const QString &name, const QColor &colour)
     if (name.isEmpty())
         return {};
     return QUrl(QStringLiteral("image://%1/%2/%3")
-                    .arg(KeypadGlyphProvider::providerId, name, colour.name(QColor::HexArgb).mid(1)));
+                    .arg(GlyphImageProvider::providerId, name, colour.name(QColor::HexArgb).mid(1)));
 }
 
 QSizeF Theme::formSheetSize(const QSizeF &window)
@@ -133,6 +133,20 @@ QSizeF Theme::formSheetSize(const QSizeF &window)
     if (window.width() < card.width() + 2 * margin || window.height() < 600.0)
         return window;
     return {card.width(), std::min(card.height(), window.height() - 2 * margin)};
+}
+
+QRectF Theme::actionSheetRect(const QSizeF &window, const QRectF &anchor, qreal contentHeight)
+{
+    constexpr qreal popoverWidth = 320.0;
+    constexpr qreal margin = 8.0;
+    if (window.width() < 600.0)
+        return {0.0, std::max(0.0, window.height() - contentHeight), window.width(), contentHeight};
+    // Under the button, kept inside the window.
+    const qreal x = std::clamp(anchor.right() - popoverWidth, margin,
+                               std::max(margin, window.width() - popoverWidth - margin));
+    const qreal y = std::min(anchor.bottom() + margin,
+                             std::max(margin, window.height() - contentHeight - margin));
+    return {x, y, popoverWidth, contentHeight};
 }
 
 int Theme::panelFlow(qreal width, qreal height)

@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QFont>
 #include <QObject>
+#include <QRectF>
 #include <QSizeF>
 #include <QString>
 #include <QUrl>
@@ -113,6 +114,10 @@ public:
     Q_INVOKABLE static QUrl glyphSource(const QString &name, const QColor &colour);
     // A form sheet is a centred card where the window has room, else the whole window.
     Q_INVOKABLE static QSizeF formSheetSize(const QSizeF &window);
+    // Where an action sheet stands: along the bottom of a narrow window, or as a popover under
+    // its button (ANCHOR, in window coordinates) on a wide one.
+    Q_INVOKABLE static QRectF actionSheetRect(const QSizeF &window, const QRectF &anchor,
+                                              qreal contentHeight);
     // Two panels side by side in a landscape window (GridLayout.LeftToRight), else stacked.
     Q_INVOKABLE static int panelFlow(qreal width, qreal height);
 

@@ -7,6 +7,13 @@
 #include "PreferencesSystem.h"
 #include "UserDefaults.h"
 
+#include "CoordinateFormatter.h"
+#include "VeltorFormatter.h"
+
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QGuiApplication>
+#include <QTimer>
 #include <QUrl>
 
 #include <cstdio>
@@ -35,8 +42,9 @@ MapPanelController::MapPanelController(ApplicationStateSystem &state,
             &MapPanelController::updateCoordinateDisplay);
     connect(&m_state, &ApplicationStateSystem::coordinateIsLiveTrackedChanged, this,
             &MapPanelController::updateCoordinateDisplay);
+    // The dot's circle follows each fix's accuracy, which arrives after the point.
     connect(&m_state, &ApplicationStateSystem::coordinateAccuracyChanged, this,
-            &MapPanelController::updateCoordinateDisplay);
+            &MapPanelController::updateUserLocation);
     const auto regrid = [this](const QString &, const QObject *) { updateGridOverlay(); };
     m_observers.emplace_back(QString(PreferencesSystemVeltorFormatDidChangeNotification),
                              &m_preferences, regrid, m_preferences.notificationCenter());
@@ -82,9 +90,12 @@ void MapPanelController::attach()
     useTileServer(*m_map, m_defaults);
     m_mapConnections.push_back(connect(m_map, &MapView::longPressed, this,
                                        [this](double latitude, double longitude) {
-                                           m_state.setCoordinateAccuracy(std::nullopt);
-                                           m_state.setCoordinate({latitude, longitude});
+                                           mapLongPressed({latitude, longitude});
                                        }));
+    m_mapConnections.push_back(
+        connect(m_map, &MapView::regionWillChange, this, &MapPanelController::regionChanged));
+    m_mapConnections.push_back(
+        connect(m_map, &MapView::regionDidChange, this, &MapPanelController::regionChanged));
     m_animateMapScroll = false;
     updateCoordinateDisplay();
     updateGridOverlay();
@@ -102,6 +113,7 @@ void MapPanelController::detach()
         m_map->removeAnnotation(m_pin.get());
     m_pin.reset();
     m_map->removeOverlay(&m_gridOverlay);
+    m_showingGridOverlay = false;
 }
 
 void MapPanelController::updateCoordinateDisplay()
@@ -115,16 +127,15 @@ void MapPanelController::updateCoordinateDisplay()
             map.removeAnnotation(m_pin.get());
             m_pin.reset();
         }
-        map.setUserLocation(coordinate, m_state.coordinateAccuracy());
-        if (!map.showsUserLocation()) {
-            map.setShowsUserLocation(true);
-            map.setCenterCoordinate(coordinate, true);
-        }
+        updateUserLocation();
+        // Centred once per tracking run: the user may pan away while the fixes come in.
+        if (map.showsUserLocation())
+            return;
+        map.setShowsUserLocation(true);
+        map.setCenterCoordinate(coordinate, true);
         return;
     }
     const Coordinate shown = m_limiter.transformedCoordinate(coordinate);
-    if (m_pin && m_pin->coordinate() == shown && !map.showsUserLocation())
-        return;
     auto pin = std::make_unique<MapPointAnnotation>(shown);
     if (m_pin)
         map.removeAnnotation(m_pin.get());
@@ -133,16 +144,85 @@ void MapPanelController::updateCoordinateDisplay()
     // The first centring jumps; later ones glide.
     map.setCenterCoordinate(shown, m_animateMapScroll);
     m_animateMapScroll = true;
-    map.setShowsUserLocation(false);
+    if (map.showsUserLocation())
+        map.setShowsUserLocation(false);
+}
+
+void MapPanelController::updateUserLocation()
+{
+    if (m_map && m_complete && m_state.coordinateIsLiveTracked())
+        m_map->setUserLocation(m_state.coordinate(), m_state.coordinateAccuracy());
 }
 
 void MapPanelController::updateGridOverlay()
 {
     if (!m_map || !m_complete)
         return;
-    m_map->removeOverlay(&m_gridOverlay);
-    if (m_preferences.showGrid())
+    // Removed and added again, so every tile is drawn anew at the new precision.
+    if (m_showingGridOverlay) {
+        m_showingGridOverlay = false;
+        m_map->removeOverlay(&m_gridOverlay);
+    }
+    if (m_preferences.showGrid()) {
+        m_showingGridOverlay = true;
         m_map->addOverlay(&m_gridOverlay, &m_gridRenderer, m_preferences.veltorFormat());
+    }
+}
+
+void MapPanelController::regionChanged()
+{
+    if (m_reloadingGridAnnotations)
+        return;
+    m_reloadingGridAnnotations = true;
+    QTimer::singleShot(0, this, [this] { m_reloadingGridAnnotations = false; });
+}
+
+void MapPanelController::mapLongPressed(Coordinate coordinate)
+{
+    if (m_tracking.tracking())
+        m_tracking.endTracking();
+    m_state.setCoordinateAccuracy(std::nullopt);
+    m_state.setCoordinate(coordinate);
+}
+
+void MapPanelController::copyLatitudeLongitude()
+{
+    CoordinateFormatter formatter;
+    formatter.setFormat(m_preferences.coordinateFormat());
+    QGuiApplication::clipboard()->setText(formatter.stringFromCoordinate(m_state.coordinate()));
+}
+
+void MapPanelController::copyVeltor()
+{
+    VeltorFormatter formatter;
+    formatter.setFormat(m_preferences.veltorFormat());
+    QGuiApplication::clipboard()->setText(formatter.stringFromCoordinate(m_state.coordinate()));
+}
+
+QUrl MapPanelController::geoUrl(Coordinate coordinate, const QString &label)
+{
+    const QString position = QStringLiteral("%1,%2")
+                                 .arg(coordinate.latitude, 0, 'f', 6)
+                                 .arg(coordinate.longitude, 0, 'f', 6);
+    return QUrl(QStringLiteral("geo:%1?q=%1(%2)")
+                    .arg(position, QString::fromLatin1(QUrl::toPercentEncoding(label))));
+}
+
+QUrl MapPanelController::webMapUrl(Coordinate coordinate)
+{
+    const QString latitude = QString::number(coordinate.latitude, 'f', 6);
+    const QString longitude = QString::number(coordinate.longitude, 'f', 6);
+    return QUrl(QStringLiteral("https://www.openstreetmap.org/?mlat=%1&mlon=%2#map=15/%1/%2")
+                    .arg(latitude, longitude));
+}
+
+void MapPanelController::showInMaps()
+{
+    const Coordinate coordinate = m_state.coordinate();
+    VeltorFormatter formatter;
+    formatter.setFormat(m_preferences.veltorFormat());
+    if (!QDesktopServices::openUrl(geoUrl(coordinate, formatter.stringFromCoordinate(coordinate))))
+        QDesktopServices::openUrl(webMapUrl(coordinate));
 }
 
 void MapPanelController::useTileServer(MapView &map, const UserDefaults &defaults)
@@ -219,6 +299,47 @@ QString MapPanelController::trackingButtonAccessibilityHint() const
     //: Enables tracking
     //% "Enables tracking"
     return qtTrId("tracking.button.disabled.accessibility.hint");
+}
+
+QString MapPanelController::trackingButtonImage() const
+{
+    return m_tracking.tracking() ? QStringLiteral("ToolbarIconTracking")
+                                 : QStringLiteral("ToolbarIconTrack");
+}
+
+QString MapPanelController::shareTitle()
+{
+    //: Button that opens the share sheet
+    //% "Share"
+    return qtTrId("sharesheet.title");
+}
+
+QString MapPanelController::copyLatitudeLongitudeTitle()
+{
+    //: Action to copy latitude and longitude-formatted string
+    //% "Copy Latitude and Longitude"
+    return qtTrId("sharesheet.copy-latitude-longitude");
+}
+
+QString MapPanelController::copyVeltorTitle()
+{
+    //: Action to copy veltor-formatted string
+    //% "Copy Locator"
+    return qtTrId("sharesheet.copy-veltor");
+}
+
+QString MapPanelController::showInMapsTitle()
+{
+    //: Action to show a location in the Maps app
+    //% "Show in Maps"
+    return qtTrId("sharesheet.show-in-maps");
+}
+
+QString MapPanelController::cancelTitle()
+{
+    //: Action to cancel display of the share sheet
+    //% "Cancel"
+    return qtTrId("general.cancel");
 }
 
 void MapPanelController::toggleTracking()

@@ -8,6 +8,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QUrl>
 #include <QQmlParserStatus>
 #include <QtQml/qqmlregistration.h>
 
@@ -21,7 +22,7 @@ class UserDefaults;
 
 // The map panel: the map centred on the current point with a pin (the user's location dot while
 // the point is live), the grid as the preferences say, a long press that picks a new point, the
-// zoom buttons and the tracking button.
+// zoom buttons, the tracking button and the share sheet.
 class MapPanelController : public QObject, public QQmlParserStatus
 {
     Q_OBJECT
@@ -41,6 +42,13 @@ class MapPanelController : public QObject, public QQmlParserStatus
                    NOTIFY trackingChanged)
     Q_PROPERTY(QString trackingButtonAccessibilityHint READ trackingButtonAccessibilityHint
                    NOTIFY trackingChanged)
+    // "ToolbarIconTrack" or "ToolbarIconTracking", a glyph tinted like the button's text.
+    Q_PROPERTY(QString trackingButtonImage READ trackingButtonImage NOTIFY trackingChanged)
+    Q_PROPERTY(QString shareTitle READ shareTitle CONSTANT)
+    Q_PROPERTY(QString copyLatitudeLongitudeTitle READ copyLatitudeLongitudeTitle CONSTANT)
+    Q_PROPERTY(QString copyVeltorTitle READ copyVeltorTitle CONSTANT)
+    Q_PROPERTY(QString showInMapsTitle READ showInMapsTitle CONSTANT)
+    Q_PROPERTY(QString cancelTitle READ cancelTitle CONSTANT)
 
 public:
     // Settings of the online map: the tile server's URL template and the credit it asks for.
@@ -68,8 +76,32 @@ public:
     QString trackingButtonTitle() const;
     QString trackingButtonAccessibilityTitle() const;
     QString trackingButtonAccessibilityHint() const;
+    QString trackingButtonImage() const;
+    static QString shareTitle();
+    static QString copyLatitudeLongitudeTitle();
+    static QString copyVeltorTitle();
+    static QString showInMapsTitle();
+    static QString cancelTitle();
+    // True for one turn of the event loop after the map's region changes, however often.
+    bool isReloadingGridAnnotations() const { return m_reloadingGridAnnotations; }
 
     Q_INVOKABLE void toggleTracking();
+    // Asks for the share sheet; its actions use the point as it is when they are chosen.
+    Q_INVOKABLE void share() { emit shareSheetRequested(); }
+    // The latitude and longitude in the user's notation, onto the clipboard.
+    Q_INVOKABLE void copyLatitudeLongitude();
+    // The locator at the user's precision, onto the clipboard.
+    Q_INVOKABLE void copyVeltor();
+    // Hands the point to a maps application as a geo: URI named with its locator, or to a web
+    // map where nothing takes geo: URIs.
+    Q_INVOKABLE void showInMaps();
+    // A long press on the map: a typed point ends tracking, has no accuracy, and is stored as
+    // pressed (the pin alone is kept inside ±85°).
+    void mapLongPressed(Coordinate coordinate);
+
+    // The URIs showInMaps() tries, in order.
+    static QUrl geoUrl(Coordinate coordinate, const QString &label);
+    static QUrl webMapUrl(Coordinate coordinate);
 
     void classBegin() override {}
     void componentComplete() override;
@@ -81,12 +113,15 @@ signals:
     void mapChanged();
     void initialZoomLevelChanged();
     void trackingChanged();
+    void shareSheetRequested();
 
 private:
     void attach();
     void detach();
     void updateCoordinateDisplay();
+    void updateUserLocation();
     void updateGridOverlay();
+    void regionChanged();
 
     ApplicationStateSystem &m_state;
     PreferencesSystem &m_preferences;
@@ -100,6 +135,8 @@ private:
     VeltorGridOverlayRenderer m_gridRenderer;
     std::unique_ptr<MapPointAnnotation> m_pin;
     bool m_animateMapScroll = false;
+    bool m_showingGridOverlay = false;
+    bool m_reloadingGridAnnotations = false;
     std::vector<NotificationObserver> m_observers;
     std::vector<QMetaObject::Connection> m_mapConnections;
 };

@@ -1,4 +1,4 @@
-#include "KeypadGlyphProvider.h"
+#include "GlyphImageProvider.h"
 #include "Theme.h"
 
 #include <QImage>
@@ -78,7 +78,7 @@ TEST(ThemeTest, SmallHelpersOfTheScreens)
 
 TEST(ThemeTest, GlyphIsDrawnInTheKeysForegroundOnly)
 {
-    KeypadGlyphProvider provider;
+    GlyphImageProvider provider;
     const QColor tint(0x0a, 0x5f, 0xc2);
     const QUrl source = Theme::glyphSource(QStringLiteral("delete"), tint);
     QSize size;
@@ -97,7 +97,7 @@ TEST(ThemeTest, GlyphIsDrawnInTheKeysForegroundOnly)
     EXPECT_EQ(other, 0);
     // The cross is cut out of the key cap: the centre is clear.
     EXPECT_EQ(qAlpha(glyph.pixel(40, 24)), 0);
-    EXPECT_TRUE(KeypadGlyphProvider::glyphPath(u"no-such-glyph").isEmpty());
+    EXPECT_TRUE(GlyphImageProvider::glyphPath(u"no-such-glyph").isEmpty());
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 #include "ApplicationStateSystem.h"
-#include "KeypadGlyphProvider.h"
+#include "GlyphImageProvider.h"
 #include "LocationTrackingSystem.h"
 #include "UserDefaults.h"
 
@@ -30,7 +30,7 @@ private:
     static void prepare(QQmlEngine &engine)
     {
         engine.addImportPath(QStringLiteral("qrc:/"));
-        engine.addImageProvider(QString(KeypadGlyphProvider::providerId), new KeypadGlyphProvider);
+        engine.addImageProvider(QString(GlyphImageProvider::providerId), new GlyphImageProvider);
     }
 
     // Makes TYPE (with BODY inside its braces) in a phone-sized item whose "appearance" sets
@@ -105,6 +105,7 @@ private slots:
             {"MapControlButton", "title: \"+\""},
             {"WideButton", "title: \"x\""},
             {"FormSheet", ""},
+            {"ShareSheet", "panel: MapPanelController {} Component.onCompleted: Qt.callLater(open)"},
         };
         const char *appearances[] = {"day", "night", "red"};
         for (int appearance = 0; appearance < 3; ++appearance) {

@@ -1,0 +1,115 @@
+#include "GlyphImageProvider.h"
+
+#include <QColor>
+#include <QPainter>
+#include <QPainterPath>
+#include <QTransform>
+
+namespace {
+
+constexpr QSizeF glyphBox{34.0, 24.0};
+
+} // namespace
+
+GlyphImageProvider::GlyphImageProvider() : QQuickImageProvider(QQuickImageProvider::Image) {}
+
+QPainterPath GlyphImageProvider::glyphPath(QStringView name)
+{
+    QPainterPath path;
+    if (name == u"delete") {
+        // A key cap pointing left with a cross cut out of it.
+        path.moveTo(10, 1);
+        path.lineTo(31, 1);
+        path.quadTo(33, 1, 33, 3);
+        path.lineTo(33, 21);
+        path.quadTo(33, 23, 31, 23);
+        path.lineTo(10, 23);
+        path.lineTo(1, 12);
+        path.closeSubpath();
+        QPainterPath cross;
+        const auto bar = [&cross](QPointF from, QPointF to) {
+            QPainterPathStroker stroker;
+            stroker.setWidth(2.2);
+            stroker.setCapStyle(Qt::RoundCap);
+            QPainterPath line(from);
+            line.lineTo(to);
+            cross = cross.united(stroker.createStroke(line));
+        };
+        bar({15, 7}, {25, 17});
+        bar({25, 7}, {15, 17});
+        path = path.subtracted(cross);
+    } else if (name == u"ToolbarIconTrack" || name == u"ToolbarIconTracking") {
+        // The location arrow: hollow while not tracking, solid while tracking.
+        QPainterPath arrow;
+        arrow.moveTo(7, 11.5);
+        arrow.lineTo(27, 3);
+        arrow.lineTo(18.5, 22);
+        arrow.lineTo(16, 14);
+        arrow.closeSubpath();
+        if (name == u"ToolbarIconTracking")
+            return arrow;
+        QPainterPathStroker stroker;
+        stroker.setWidth(2.0);
+        stroker.setJoinStyle(Qt::RoundJoin);
+        path = stroker.createStroke(arrow);
+    } else if (name == u"share") {
+        // An arrow rising out of an open box.
+        QPainterPathStroker stroker;
+        stroker.setWidth(2.2);
+        stroker.setCapStyle(Qt::RoundCap);
+        stroker.setJoinStyle(Qt::RoundJoin);
+        QPainterPath lines;
+        lines.moveTo(13, 9);
+        lines.lineTo(10, 9);
+        lines.lineTo(10, 23);
+        lines.lineTo(24, 23);
+        lines.lineTo(24, 9);
+        lines.lineTo(21, 9);
+        lines.moveTo(17, 16);
+        lines.lineTo(17, 2);
+        lines.moveTo(13, 6);
+        lines.lineTo(17, 2);
+        lines.lineTo(21, 6);
+        path = stroker.createStroke(lines);
+    } else if (name == u"settings") {
+        // A gear: a ring with eight teeth.
+        const QPointF centre(17, 12);
+        QPainterPath gear;
+        gear.addEllipse(centre, 7.5, 7.5);
+        for (int i = 0; i < 8; ++i) {
+            QTransform turn;
+            turn.translate(centre.x(), centre.y());
+            turn.rotate(45.0 * i);
+            QPainterPath tooth;
+            tooth.addRect(QRectF(-2.0, -11.0, 4.0, 5.0));
+            gear = gear.united(turn.map(tooth));
+        }
+        QPainterPath hole;
+        hole.addEllipse(centre, 3.2, 3.2);
+        path = gear.subtracted(hole);
+    }
+    return path;
+}
+
+QImage GlyphImageProvider::requestImage(const QString &id, QSize *size, const QSize &requestedSize)
+{
+    const qsizetype slash = id.indexOf(u'/');
+    const QStringView name = QStringView(id).left(slash < 0 ? id.size() : slash);
+    // The colour comes as AARRGGBB: a "#" would end the URL's path.
+    const QColor colour(slash < 0 ? QString() : u'#' + id.mid(slash + 1));
+    const QSize pixels = requestedSize.isValid() && !requestedSize.isEmpty()
+                             ? requestedSize
+                             : glyphBox.toSize();
+    if (size)
+        *size = pixels;
+    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    const QPainterPath path = glyphPath(name);
+    if (path.isEmpty() || !colour.isValid())
+        return image;
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(pixels.width() / glyphBox.width(), pixels.height() / glyphBox.height());
+    painter.fillPath(path, colour);
+    return image;
+}
