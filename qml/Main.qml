@@ -7,6 +7,7 @@ ApplicationWindow {
     id: window
 
     required property int appearanceOverride
+    required property bool tablet
     required property string initialScreen
     required property real initialZoomLevel
     readonly property bool settled: rootScreen.settled
@@ -32,6 +33,7 @@ ApplicationWindow {
         id: rootScreen
         initialScreen: window.initialScreen
         appearanceOverride: window.appearanceOverride
+        tablet: window.tablet
         initialZoomLevel: window.initialZoomLevel
     }
 }

@@ -19,20 +19,33 @@ Rectangle {
 
     GridLayout {
         id: layout
-        anchors.fill: parent
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: parent.top
         anchors.margins: Theme.spacing
         columns: 2
         columnSpacing: Theme.spacing
         rowSpacing: 0
 
         CaptionLabel {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            Layout.minimumWidth: 0
             text: panel.latitudeCaption
+            elide: Text.ElideRight
         }
         CaptionLabel {
+            Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            Layout.minimumWidth: 0
             text: panel.longitudeCaption
+            elide: Text.ElideRight
         }
+        // Half the width each, however long the texts: they shorten rather than push out.
         UnderlineButton {
             Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            Layout.minimumWidth: 0
             title: panel.latitudeText
             accessibilityLabel: panel.latitudeAccessibilityLabel
             font: Theme.readoutFont
@@ -41,6 +54,8 @@ Rectangle {
         }
         UnderlineButton {
             Layout.fillWidth: true
+            Layout.preferredWidth: 1
+            Layout.minimumWidth: 0
             title: panel.longitudeText
             accessibilityLabel: panel.longitudeAccessibilityLabel
             font: Theme.readoutFont
@@ -49,11 +64,15 @@ Rectangle {
         }
         CaptionLabel {
             Layout.columnSpan: 2
+            Layout.fillWidth: true
+            Layout.minimumWidth: 0
             text: panel.veltorCaption
+            elide: Text.ElideRight
         }
         TitleButton {
             Layout.columnSpan: 2
             Layout.fillWidth: true
+            Layout.minimumWidth: 0
             title: panel.veltorText
             accessibilityLabel: panel.veltorAccessibilityLabel
             textAlignment: Text.AlignLeft

@@ -10,6 +10,7 @@ Page {
 
     property string initialScreen
     property int appearanceOverride: -1
+    property bool tablet
     readonly property int appearance: controller.appearance
     property real initialZoomLevel: 11
     title: controller.title
@@ -20,6 +21,7 @@ Page {
         id: controller
         initialScreen: screen.initialScreen
         appearanceOverride: screen.appearanceOverride
+        tablet: screen.tablet
     }
     RootCoordinatePanelController {
         id: toolbarController
@@ -73,92 +75,115 @@ Page {
             }
         }
 
-        CoordinatePanelScreen {
-            id: panel
-            Layout.fillWidth: true
-        }
-
-        Rectangle {
-            Layout.fillWidth: true
-            implicitHeight: Theme.hairline(Screen.devicePixelRatio)
-            color: Theme.dividerColor
-        }
-
-        MapView {
-            id: map
+        // Stacked in compact width, side by side in regular width, a hairline between them.
+        Item {
+            id: panels
             Layout.fillWidth: true
             Layout.fillHeight: true
-            nightTint: Theme.mapNightTint
 
-            MapPanelController {
-                id: mapPanel
-                map: map
-                initialZoomLevel: screen.initialZoomLevel
+            CoordinatePanelScreen {
+                id: panel
+                readonly property rect frame: controller.panelRect(panels.width, panels.height,
+                                                                   implicitHeight)
+                x: frame.x
+                y: frame.y
+                width: frame.width
+                height: frame.height
             }
 
-            Column {
-                anchors.left: parent.left
-                anchors.top: parent.top
-                anchors.margins: Theme.spacing
-                spacing: Theme.spacing
-                MapControlButton {
-                    title: ""
-                    glyph: "settings"
-                    accessibilityLabel: controller.settingsTitle
-                    onClicked: controller.showSettings()
-                }
-                MapControlButton {
-                    id: shareButton
-                    title: ""
-                    glyph: "share"
-                    accessibilityLabel: mapPanel.shareTitle
-                    onClicked: mapPanel.share()
-                }
+            Rectangle {
+                readonly property rect frame: controller.dividerRect(panels.width, panels.height,
+                                                                     panel.implicitHeight,
+                                                                     Screen.devicePixelRatio)
+                x: frame.x
+                y: frame.y
+                width: frame.width
+                height: frame.height
+                color: Theme.dividerColor
             }
 
-            Column {
-                anchors.right: parent.right
-                anchors.verticalCenter: parent.verticalCenter
-                anchors.rightMargin: Theme.spacing
-                spacing: Theme.spacing
-                MapControlButton {
-                    title: mapPanel.zoomInTitle
-                    accessibilityLabel: mapPanel.zoomInAccessibilityTitle
-                    onClicked: map.zoomIn()
-                }
-                MapControlButton {
-                    title: mapPanel.zoomOutTitle
-                    accessibilityLabel: mapPanel.zoomOutAccessibilityTitle
-                    onClicked: map.zoomOut()
-                }
-            }
+            MapView {
+                id: map
+                readonly property rect frame: controller.mapRect(panels.width, panels.height,
+                                                                 panel.implicitHeight,
+                                                                 Screen.devicePixelRatio)
+                x: frame.x
+                y: frame.y
+                width: frame.width
+                height: frame.height
+                nightTint: Theme.mapNightTint
 
-            CaptionLabel {
-                anchors.left: parent.left
-                anchors.bottom: trackButton.top
-                anchors.margins: 6
-                text: map.attribution
-                color: Theme.mapControlTextColor
-                font.pixelSize: 11
-                padding: 3
-                background: Rectangle {
-                    color: Theme.mapControlColor
-                    radius: 3
+                MapPanelController {
+                    id: mapPanel
+                    map: map
+                    initialZoomLevel: screen.initialZoomLevel
+                    tablet: screen.tablet
                 }
-            }
 
-            WideButton {
-                id: trackButton
-                anchors.left: parent.left
-                anchors.right: parent.right
-                anchors.bottom: parent.bottom
-                anchors.margins: Theme.spacing
-                title: mapPanel.trackingButtonTitle
-                accessibilityLabel: mapPanel.trackingButtonAccessibilityTitle
-                accessibilityHint: mapPanel.trackingButtonAccessibilityHint
-                alternateStyle: mapPanel.tracking
-                glyph: mapPanel.trackingButtonImage
-                onClicked: mapPanel.toggleTracking()
+                Column {
+                    anchors.left: parent.left
+                    anchors.top: parent.top
+                    anchors.margins: Theme.spacing
+                    spacing: Theme.spacing
+                    MapControlButton {
+                        title: ""
+                        glyph: "settings"
+                        accessibilityLabel: controller.settingsTitle
+                        onClicked: controller.showSettings()
+                    }
+                    MapControlButton {
+                        id: shareButton
+                        title: ""
+                        glyph: "share"
+                        accessibilityLabel: mapPanel.shareTitle
+                        onClicked: mapPanel.share()
+                    }
+                }
+
+                Column {
+                    anchors.right: parent.right
+                    anchors.verticalCenter: parent.verticalCenter
+                    anchors.rightMargin: Theme.spacing
+                    spacing: Theme.spacing
+                    MapControlButton {
+                        title: mapPanel.zoomInTitle
+                        accessibilityLabel: mapPanel.zoomInAccessibilityTitle
+                        onClicked: map.zoomIn()
+                    }
+                    MapControlButton {
+                        title: mapPanel.zoomOutTitle
+                        accessibilityLabel: mapPanel.zoomOutAccessibilityTitle
+                        onClicked: map.zoomOut()
+                    }
+                }
+
+                CaptionLabel {
+                    anchors.left: parent.left
+                    anchors.bottom: trackButton.top
+                    anchors.margins: 6
+                    text: map.attribution
+                    color: Theme.mapControlTextColor
+                    font.pixelSize: 11
+                    padding: 3
+                    background: Rectangle {
+                        color: Theme.mapControlColor
+                        radius: 3
+                    }
+                }
+
+                WideButton {
+                    id: trackButton
+                    anchors.left: parent.left
+                    anchors.right: parent.right
+                    anchors.bottom: parent.bottom
+                    anchors.margins: Theme.spacing
+                    title: mapPanel.trackingButtonTitle
+                    accessibilityLabel: mapPanel.trackingButtonAccessibilityTitle
+                    accessibilityHint: mapPanel.trackingButtonAccessibilityHint
+                    alternateStyle: mapPanel.tracking
+                    glyph: mapPanel.trackingButtonImage
+                    onClicked: mapPanel.toggleTracking()
+                }
             }
         }
     }

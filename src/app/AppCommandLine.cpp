@@ -65,6 +65,11 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
         QStringLiteral("appearance"),
         QStringLiteral("Show the screens in the day, night or red (night-vision) appearance."),
         QStringLiteral("day|night|red"));
+    const QCommandLineOption idiomOption(
+        QStringLiteral("idiom"),
+        QStringLiteral("Lay the app out for a phone or a tablet, whatever the screen is "
+                       "(a phone: a screen whose shorter side is under 600 points)."),
+        QStringLiteral("phone|tablet"));
     const QCommandLineOption openOption(
         QStringLiteral("open"),
         QStringLiteral("Open SCREEN at launch: %1.")
@@ -72,7 +77,7 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
         QStringLiteral("SCREEN"));
     parser.addOptions({helpOption, versionOption, screenshotOption, settingsOption, gpsOption,
                        trackOption, zoomOption, sizeOption, tilesOption, attributionOption,
-                       appearanceOption, openOption});
+                       appearanceOption, idiomOption, openOption});
 
     if (!parser.parse(arguments))
         return usageError(parser.errorText(), parser);
@@ -140,6 +145,15 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
                               parser);
         }
         result.appearance = *appearance;
+    }
+    if (parser.isSet(idiomOption)) {
+        const QString idiom = parser.value(idiomOption);
+        if (idiom == QLatin1String("phone"))
+            result.idiom = DeviceIdiom::Phone;
+        else if (idiom == QLatin1String("tablet"))
+            result.idiom = DeviceIdiom::Tablet;
+        else
+            return usageError(QStringLiteral("--idiom %1: give phone or tablet").arg(idiom), parser);
     }
     if (parser.isSet(openOption)) {
         const QString screen = parser.value(openOption);

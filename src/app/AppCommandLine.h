@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DeviceIdiom.h"
 #include "MapPanelController.h"
 #include "Theme.h"
 
@@ -37,6 +38,8 @@ struct AppCommandLine
     // Unset: the user's own setting.
     std::optional<Theme::Appearance> appearance;
     QString initialScreen;
+    // Unset: decided from the screen.
+    std::optional<DeviceIdiom> idiom;
 
     // Reads the arguments, the program's name first.
     static AppCommandLine parse(const QStringList &arguments);

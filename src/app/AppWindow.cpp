@@ -6,6 +6,8 @@
 #include "UserDefaults.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QImage>
 #include <QQuickWindow>
 #include <QTimer>
@@ -49,7 +51,11 @@ int AppWindow::start(const AppCommandLine &commandLine)
     m_engine->addImportPath(QStringLiteral("qrc:/"));
     // The engine owns the provider and drops it with itself.
     m_engine->addImageProvider(QString(GlyphImageProvider::providerId), new GlyphImageProvider);
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    const DeviceIdiom idiom = commandLine.idiom.value_or(
+        screen ? deviceIdiomForScreen(screen->size()) : DeviceIdiom::Phone);
     QVariantMap initialProperties{
+        {QStringLiteral("tablet"), idiom == DeviceIdiom::Tablet},
         {QStringLiteral("appearanceOverride"),
          commandLine.appearance ? int(*commandLine.appearance) : -1},
         {QStringLiteral("initialScreen"), commandLine.initialScreen},

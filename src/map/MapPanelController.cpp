@@ -30,7 +30,7 @@ MapPanelController::MapPanelController(ApplicationStateSystem &state,
                                        LocationTrackingSystem &tracking, UserDefaults &defaults,
                                        QObject *parent)
     : QObject(parent), m_state(state), m_preferences(preferences), m_tracking(tracking),
-      m_defaults(defaults)
+      m_defaults(defaults), m_gridRenderer(std::make_unique<VeltorGridOverlayRenderer>(false))
 {
     // The map shows no more than ±85°: pin and centre stay where the projection draws them.
     m_limiter.setMinimumLatitude(-85.0);
@@ -66,6 +66,21 @@ void MapPanelController::setMap(MapView *map)
     if (m_complete)
         attach();
     emit mapChanged();
+}
+
+void MapPanelController::setTablet(bool tablet)
+{
+    if (tablet == m_tablet)
+        return;
+    m_tablet = tablet;
+    // The overlay leaves the map before its renderer is replaced.
+    if (m_showingGridOverlay && m_map) {
+        m_map->removeOverlay(&m_gridOverlay);
+        m_showingGridOverlay = false;
+    }
+    m_gridRenderer = std::make_unique<VeltorGridOverlayRenderer>(tablet);
+    updateGridOverlay();
+    emit tabletChanged();
 }
 
 void MapPanelController::setInitialZoomLevel(double level)
@@ -165,7 +180,7 @@ void MapPanelController::updateGridOverlay()
     }
     if (m_preferences.showGrid()) {
         m_showingGridOverlay = true;
-        m_map->addOverlay(&m_gridOverlay, &m_gridRenderer, m_preferences.veltorFormat());
+        m_map->addOverlay(&m_gridOverlay, m_gridRenderer.get(), m_preferences.veltorFormat());
     }
 }
 

@@ -32,6 +32,8 @@ class MapPanelController : public QObject, public QQmlParserStatus
     // Where the map starts, 0 (the whole world) to 22.
     Q_PROPERTY(double initialZoomLevel READ initialZoomLevel WRITE setInitialZoomLevel NOTIFY
                    initialZoomLevelChanged)
+    // Grid labels are 15 points on a tablet and 20 on a phone.
+    Q_PROPERTY(bool tablet READ isTablet WRITE setTablet NOTIFY tabletChanged)
     Q_PROPERTY(QString zoomInTitle READ zoomInTitle CONSTANT)
     Q_PROPERTY(QString zoomInAccessibilityTitle READ zoomInAccessibilityTitle CONSTANT)
     Q_PROPERTY(QString zoomOutTitle READ zoomOutTitle CONSTANT)
@@ -65,6 +67,8 @@ public:
 
     MapView *map() const { return m_map; }
     void setMap(MapView *map);
+    bool isTablet() const { return m_tablet; }
+    void setTablet(bool tablet);
     double initialZoomLevel() const { return m_initialZoomLevel; }
     void setInitialZoomLevel(double level);
 
@@ -112,6 +116,7 @@ public:
 signals:
     void mapChanged();
     void initialZoomLevelChanged();
+    void tabletChanged();
     void trackingChanged();
     void shareSheetRequested();
 
@@ -132,7 +137,8 @@ private:
     bool m_complete = false;
     LimitedCoordinateRangeTransformer m_limiter;
     VeltorGridOverlay m_gridOverlay;
-    VeltorGridOverlayRenderer m_gridRenderer;
+    bool m_tablet = false;
+    std::unique_ptr<VeltorGridOverlayRenderer> m_gridRenderer;
     std::unique_ptr<MapPointAnnotation> m_pin;
     bool m_animateMapScroll = false;
     bool m_showingGridOverlay = false;

@@ -7,6 +7,8 @@
 
 #include <QTimer>
 
+#include <algorithm>
+
 namespace {
 
 const QString latitudeKeypad = QStringLiteral("latitude-keypad");
@@ -70,6 +72,46 @@ void RootViewController::setAppearanceOverride(int appearance)
         return;
     m_appearanceOverride = appearance;
     emit appearanceChanged();
+}
+
+void RootViewController::setTablet(bool tablet)
+{
+    if (tablet == m_tablet)
+        return;
+    m_tablet = tablet;
+    emit tabletChanged();
+}
+
+bool RootViewController::isRegularWidth(qreal width, qreal height) const
+{
+    return width >= 600.0 || (!m_tablet && width > height);
+}
+
+QRectF RootViewController::panelRect(qreal width, qreal height, qreal panelHeight) const
+{
+    constexpr qreal column = 360.0;
+    if (isRegularWidth(width, height))
+        return {0.0, 0.0, std::min(column, width / 2), height};
+    return {0.0, 0.0, width, std::min(panelHeight, height)};
+}
+
+QRectF RootViewController::dividerRect(qreal width, qreal height, qreal panelHeight,
+                                       qreal devicePixelRatio) const
+{
+    const qreal hairline = devicePixelRatio > 0.0 ? 1.0 / devicePixelRatio : 1.0;
+    const QRectF panel = panelRect(width, height, panelHeight);
+    if (isRegularWidth(width, height))
+        return {panel.right(), 0.0, hairline, height};
+    return {0.0, panel.bottom(), width, hairline};
+}
+
+QRectF RootViewController::mapRect(qreal width, qreal height, qreal panelHeight,
+                                   qreal devicePixelRatio) const
+{
+    const QRectF divider = dividerRect(width, height, panelHeight, devicePixelRatio);
+    if (isRegularWidth(width, height))
+        return {divider.right(), 0.0, std::max(0.0, width - divider.right()), height};
+    return {0.0, divider.bottom(), width, std::max(0.0, height - divider.bottom())};
 }
 
 void RootViewController::setInitialScreen(const QString &screen)

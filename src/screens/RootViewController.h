@@ -3,6 +3,7 @@
 #include "NotificationObserver.h"
 
 #include <QObject>
+#include <QRectF>
 #include <QQmlParserStatus>
 #include <QString>
 #include <QStringList>
@@ -32,6 +33,8 @@ class RootViewController : public QObject, public QQmlParserStatus
     Q_PROPERTY(QString bannerMessage READ bannerMessage NOTIFY bannerMessageChanged)
     Q_PROPERTY(bool bannerVisible READ bannerVisible NOTIFY bannerMessageChanged)
     // A screen from screenNames(), opened once the root screen is complete; empty for none.
+    // The device is a tablet (else a phone): how wide the layout counts in landscape.
+    Q_PROPERTY(bool tablet READ isTablet WRITE setTablet NOTIFY tabletChanged)
     Q_PROPERTY(QString initialScreen READ initialScreen WRITE setInitialScreen NOTIFY
                    initialScreenChanged)
 
@@ -51,6 +54,21 @@ public:
     void setAppearanceOverride(int appearance);
     QString bannerMessage() const { return m_bannerMessage; }
     bool bannerVisible() const { return !m_bannerMessage.isEmpty(); }
+    bool isTablet() const { return m_tablet; }
+    void setTablet(bool tablet);
+
+    // Regular width puts the panels side by side: a window 600 points wide or more, and a
+    // phone turned sideways (although its width may be less).
+    Q_INVOKABLE bool isRegularWidth(qreal width, qreal height) const;
+    // Where the coordinate panel, the divider and the map stand in an area of WIDTH × HEIGHT:
+    // side by side in regular width (the panel a column of at most 360 points), else the panel
+    // at the top at its own height. The divider is one device pixel across.
+    Q_INVOKABLE QRectF panelRect(qreal width, qreal height, qreal panelHeight) const;
+    Q_INVOKABLE QRectF dividerRect(qreal width, qreal height, qreal panelHeight,
+                                   qreal devicePixelRatio) const;
+    Q_INVOKABLE QRectF mapRect(qreal width, qreal height, qreal panelHeight,
+                               qreal devicePixelRatio) const;
+
     QString initialScreen() const { return m_initialScreen; }
     void setInitialScreen(const QString &screen);
 
@@ -65,6 +83,7 @@ signals:
     void bannerMessageChanged();
     void initialScreenChanged();
     void appearanceChanged();
+    void tabletChanged();
     void settingsRequested();
     void latitudeKeypadRequested();
     void longitudeKeypadRequested();
@@ -76,6 +95,7 @@ private:
     PreferencesSystem &m_preferences;
     std::optional<NotificationObserver> m_appearanceObserver;
     int m_appearanceOverride = -1;
+    bool m_tablet = false;
     QString m_bannerMessage;
     QString m_initialScreen;
 };

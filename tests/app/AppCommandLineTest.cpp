@@ -28,6 +28,7 @@ TEST(AppCommandLineTest, BadArgumentsAreUsageErrorsThatSayWhy)
         {{QStringLiteral("--gps"), QStringLiteral("/no/such/log.nmea")}, "--gps /no/such/log.nmea"},
         {{QStringLiteral("--appearance"), QStringLiteral("dusk")}, "--appearance dusk"},
         {{QStringLiteral("--open"), QStringLiteral("settings-of-mars")}, "--open settings-of-mars"},
+        {{QStringLiteral("--idiom"), QStringLiteral("watch")}, "--idiom watch"},
         {{QStringLiteral("--no-such-option")}, "no-such-option"},
         {{QStringLiteral("stray")}, "unexpected stray"},
     };
@@ -60,7 +61,7 @@ TEST(AppCommandLineTest, EveryOptionReachesItsSetting)
          QStringLiteral("latitude-keypad"), QStringLiteral("--zoom"), QStringLiteral("7.5"),
          QStringLiteral("--size"), QStringLiteral("844x390"), QStringLiteral("--tiles"),
          QStringLiteral("offline"), QStringLiteral("--screenshot"), QStringLiteral("shot.png"),
-         QStringLiteral("--track")});
+         QStringLiteral("--track"), QStringLiteral("--idiom"), QStringLiteral("tablet")});
     EXPECT_EQ(run.action, AppCommandLine::Action::Run);
     EXPECT_EQ(run.appearance, Theme::Red);
     EXPECT_EQ(run.initialScreen, QStringLiteral("latitude-keypad"));
@@ -69,6 +70,7 @@ TEST(AppCommandLineTest, EveryOptionReachesItsSetting)
     EXPECT_EQ(run.tileTemplate, QString()); // "offline": back to the basemap
     EXPECT_EQ(run.screenshotFile, QStringLiteral("shot.png"));
     EXPECT_TRUE(run.track);
+    EXPECT_EQ(run.idiom, DeviceIdiom::Tablet);
 
     const AppCommandLine plain = parse({});
     EXPECT_FALSE(plain.appearance.has_value());

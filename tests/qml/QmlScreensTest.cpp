@@ -36,16 +36,19 @@ private:
     // Makes TYPE (with BODY inside its braces) in a phone-sized item whose "appearance" sets
     // the app's.
     static std::unique_ptr<QQuickItem> create(QQmlEngine &engine, const QString &type,
-                                              const QString &body, int appearance)
+                                              const QString &body, int appearance,
+                                              QSize size = QSize(390, 844))
     {
         QQmlComponent component(&engine);
         const QString source =
             QStringLiteral("import QtQuick\nimport Veltor\n"
-                           "Item { id: root; width: 390; height: 844; property int appearance: %1\n"
+                           "Item { id: root; width: %4; height: %5; property int appearance: %1\n"
                            "  Binding { target: Theme; property: \"appearance\"; value: root.appearance }\n"
                            "  %2 { %3 }\n}\n")
                 .arg(appearance)
-                .arg(type, body);
+                .arg(type, body)
+                .arg(size.width())
+                .arg(size.height());
         component.setData(source.toUtf8(), QUrl(QStringLiteral("qrc:/test/%1.qml").arg(type)));
         std::unique_ptr<QObject> object(component.create());
         if (!object)
@@ -172,7 +175,8 @@ private slots:
         prepare(engine);
         engine.setInitialProperties({{QStringLiteral("appearanceOverride"), 2},
                                      {QStringLiteral("initialScreen"), screen},
-                                     {QStringLiteral("initialZoomLevel"), 4.0}});
+                                     {QStringLiteral("initialZoomLevel"), 4.0},
+                                     {QStringLiteral("tablet"), false}});
         engine.load(QUrl(QStringLiteral("qrc:/Veltor/Main.qml")));
         QCOMPARE(engine.rootObjects().size(), 1);
         auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().first());
@@ -256,6 +260,54 @@ private slots:
         }
         QCOMPARE(QAccessible::queryAccessibleInterface(buttons[1])->text(QAccessible::Name),
                  QStringLiteral("7"));
+    }
+
+    // At every window size the root screen's buttons stand clear of each other and inside it,
+    // even with texts far longer than English ones (no tables are loaded here: ids show).
+    void rootButtonsNeverOverlap_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<bool>("tablet");
+        QTest::newRow("tiny phone") << QSize(320, 480) << false;
+        QTest::newRow("phone") << QSize(390, 844) << false;
+        QTest::newRow("phone landscape") << QSize(844, 390) << false;
+        QTest::newRow("tablet") << QSize(1024, 768) << true;
+        QTest::newRow("desktop") << QSize(2560, 1440) << true;
+    }
+
+    void rootButtonsNeverOverlap()
+    {
+        QFETCH(QSize, size);
+        QFETCH(bool, tablet);
+        QQmlEngine engine;
+        prepare(engine);
+        QQuickWindow window;
+        window.resize(size);
+        const std::unique_ptr<QQuickItem> root = create(
+            engine, QStringLiteral("RootScreen"),
+            QStringLiteral("anchors.fill: parent; tablet: %1").arg(tablet ? u"true" : u"false"), 0,
+            size);
+        QVERIFY(root);
+        root->setParentItem(window.contentItem());
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        // A frame drawn at this size: every layout has been polished for it.
+        QVERIFY(!window.grabWindow().isNull());
+        QList<QRectF> buttons;
+        for (QQuickItem *item : allItems(root.get())) {
+            const QString type = QString::fromLatin1(item->metaObject()->className());
+            if (item->isVisible() && item->width() > 0 && type.contains(u"Button_QML"))
+                buttons.append(item->mapRectToScene(item->boundingRect()));
+        }
+        QVERIFY(buttons.size() >= 8);
+        const QRectF windowRect(QPointF(0, 0), QSizeF(size));
+        for (qsizetype i = 0; i < buttons.size(); ++i) {
+            QVERIFY2(windowRect.contains(buttons[i]), qPrintable(QString::number(i)));
+            for (qsizetype j = i + 1; j < buttons.size(); ++j) {
+                QVERIFY2(!buttons[i].intersects(buttons[j]),
+                         qPrintable(QStringLiteral("%1 and %2").arg(i).arg(j)));
+            }
+        }
     }
 
     void keypadSpeaksTheUsersLanguage()

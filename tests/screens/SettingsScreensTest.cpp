@@ -14,6 +14,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -127,6 +129,53 @@ TEST_F(SettingsScreensTest, CommandLineAppearanceHoldsUntilTheUserChooses)
     m_preferences.setAppearance(Appearance::Night);
     EXPECT_EQ(root.appearance(), int(Appearance::Night));
     EXPECT_EQ(changed.count(), 2);
+}
+
+TEST_F(SettingsScreensTest, RootLaysThePanelsOutByWidthAndIdiom)
+{
+    ApplicationStateSystem state{m_defaults};
+    ScriptableLocationManager manager;
+    LocationTrackingSystem tracking(manager, state);
+    RootViewController root(tracking, m_preferences, m_defaults);
+    struct Case
+    {
+        const char *what;
+        bool tablet;
+        QSizeF area;
+        bool sideBySide;
+    };
+    const Case cases[] = {
+        {"phone portrait", false, {390, 800}, false},
+        {"phone landscape", false, {844, 356}, true},
+        {"small phone landscape", false, {480, 286}, true},
+        {"tiny phone portrait", false, {320, 446}, false},
+        {"tablet portrait", true, {768, 990}, true},
+        {"narrow tablet window", true, {500, 700}, false},
+        {"tablet window wider than tall but narrow", true, {560, 400}, false},
+        {"desktop", true, {2560, 1406}, true},
+    };
+    constexpr qreal panelHeight = 160.0;
+    for (const Case &c : cases) {
+        root.setTablet(c.tablet);
+        const qreal w = c.area.width();
+        const qreal h = c.area.height();
+        EXPECT_EQ(root.isRegularWidth(w, h), c.sideBySide) << c.what;
+        const QRectF panel = root.panelRect(w, h, panelHeight);
+        const QRectF divider = root.dividerRect(w, h, panelHeight, 2.0);
+        const QRectF map = root.mapRect(w, h, panelHeight, 2.0);
+        // Three pieces that tile the area: nothing overlaps, nothing is left over.
+        EXPECT_FALSE(panel.intersects(map)) << c.what;
+        EXPECT_FALSE(panel.intersects(divider)) << c.what;
+        EXPECT_FALSE(divider.intersects(map)) << c.what;
+        EXPECT_NEAR(panel.width() * panel.height() + divider.width() * divider.height() +
+                        map.width() * map.height(),
+                    w * h, 1e-6)
+            << c.what;
+        EXPECT_DOUBLE_EQ(std::min(divider.width(), divider.height()), 0.5) << c.what;
+        // Beside the map the panel is a column; above it, as wide as the window.
+        EXPECT_EQ(panel.width(), c.sideBySide ? std::min(360.0, w / 2) : w) << c.what;
+        EXPECT_GE(map.width() * map.height(), w * h / 3) << c.what;
+    }
 }
 
 } // namespace
