@@ -208,6 +208,10 @@ Page {
         sequence: "Ctrl+Shift+C"
         onActivated: mapPanel.copyLatitudeLongitude()
     }
+    Shortcut {
+        sequence: "F11"
+        onActivated: Window.window.visibility = controller.fullScreenToggled(Window.window.visibility)
+    }
     Component {
         id: latitudeKeypad
         LatitudeLongitudeKeypadScreen {

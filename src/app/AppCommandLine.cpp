@@ -44,6 +44,9 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
         QStringLiteral("SOURCE"));
     const QCommandLineOption trackOption(QStringLiteral("track"),
                                          QStringLiteral("Begin tracking at launch."));
+    const QCommandLineOption fullScreenOption(
+        QStringLiteral("fullscreen"),
+        QStringLiteral("Fill the screen (car and kiosk screens); F11 switches back and forth."));
     const QCommandLineOption zoomOption(
         QStringLiteral("zoom"),
         QStringLiteral("Start the map at zoom LEVEL, 0 (the whole world) to 22; fractions allowed."),
@@ -76,7 +79,7 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
             .arg(RootViewController::screenNames().join(QStringLiteral(", "))),
         QStringLiteral("SCREEN"));
     parser.addOptions({helpOption, versionOption, screenshotOption, settingsOption, gpsOption,
-                       trackOption, zoomOption, sizeOption, tilesOption, attributionOption,
+                       trackOption, fullScreenOption, zoomOption, sizeOption, tilesOption, attributionOption,
                        appearanceOption, idiomOption, openOption});
 
     if (!parser.parse(arguments))
@@ -170,5 +173,6 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
     if (parser.isSet(settingsOption))
         result.settingsFile = parser.value(settingsOption);
     result.track = parser.isSet(trackOption);
+    result.fullScreen = parser.isSet(fullScreenOption);
     return result;
 }

@@ -30,6 +30,7 @@ struct AppCommandLine
     std::optional<QString> settingsFile;
     std::optional<QString> gpsSource;
     bool track = false;
+    bool fullScreen = false;
     double zoomLevel = MapPanelController::defaultZoomLevel;
     std::optional<QSize> windowSize;
     // An empty template switches back to the offline basemap.

@@ -4,6 +4,7 @@
 #include "LocationTrackingSystem.h"
 #include "MapPanelController.h"
 #include "UserDefaults.h"
+#include "WindowPlacement.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -64,6 +65,13 @@ int AppWindow::start(const AppCommandLine &commandLine)
     if (commandLine.windowSize) {
         initialProperties.insert(QStringLiteral("width"), commandLine.windowSize->width());
         initialProperties.insert(QStringLiteral("height"), commandLine.windowSize->height());
+    } else if (const auto placement = WindowPlacement::fromSetting(
+                   defaults.stringForKey(QString(WindowPlacement::settingsKey)).value_or(QString()),
+                   screen ? screen->availableGeometry() : QRect())) {
+        initialProperties.insert(QStringLiteral("x"), placement->x());
+        initialProperties.insert(QStringLiteral("y"), placement->y());
+        initialProperties.insert(QStringLiteral("width"), placement->width());
+        initialProperties.insert(QStringLiteral("height"), placement->height());
     }
     m_engine->setInitialProperties(initialProperties);
     m_engine->load(QUrl(QStringLiteral("qrc:/Veltor/Main.qml")));
@@ -72,6 +80,18 @@ int AppWindow::start(const AppCommandLine &commandLine)
     if (!window) {
         std::fputs("veltor: the main window could not be loaded\n", stderr);
         return 1;
+    }
+    if (commandLine.fullScreen)
+        window->showFullScreen();
+    // The place of a plain window is kept for the next start (not of a picture's set size).
+    if (!commandLine.windowSize) {
+        connect(qApp, &QCoreApplication::aboutToQuit, this, [window, &defaults] {
+            if (window->visibility() != QWindow::Windowed)
+                return;
+            defaults.setObject(WindowPlacement::toSetting(window->geometry()),
+                               QString(WindowPlacement::settingsKey));
+            defaults.synchronize();
+        });
     }
     if (commandLine.track)
         LocationTrackingSystem::sharedSystem().beginTracking();

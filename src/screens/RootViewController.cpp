@@ -6,6 +6,7 @@
 #include "UserDefaults.h"
 
 #include <QTimer>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -54,6 +55,11 @@ QString RootViewController::title()
     //: The app's name, in the window title
     //% "Veltor"
     return qtTrId("app.name");
+}
+
+int RootViewController::fullScreenToggled(int visibility)
+{
+    return visibility == QWindow::FullScreen ? QWindow::Windowed : QWindow::FullScreen;
 }
 
 QString RootViewController::settingsTitle()

@@ -73,6 +73,8 @@ public:
     void setInitialScreen(const QString &screen);
 
     Q_INVOKABLE void showSettings() { emit settingsRequested(); }
+    // F11: full screen from any other state, and back to a window from full screen.
+    Q_INVOKABLE static int fullScreenToggled(int visibility);
     // Asks for the screen of that name; false if there is none of that name.
     Q_INVOKABLE bool openScreen(const QString &name);
 

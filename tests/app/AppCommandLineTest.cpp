@@ -1,4 +1,8 @@
 #include "AppCommandLine.h"
+#include "RootViewController.h"
+#include "WindowPlacement.h"
+
+#include <QWindow>
 
 #include <gtest/gtest.h>
 
@@ -61,7 +65,8 @@ TEST(AppCommandLineTest, EveryOptionReachesItsSetting)
          QStringLiteral("latitude-keypad"), QStringLiteral("--zoom"), QStringLiteral("7.5"),
          QStringLiteral("--size"), QStringLiteral("844x390"), QStringLiteral("--tiles"),
          QStringLiteral("offline"), QStringLiteral("--screenshot"), QStringLiteral("shot.png"),
-         QStringLiteral("--track"), QStringLiteral("--idiom"), QStringLiteral("tablet")});
+         QStringLiteral("--track"), QStringLiteral("--idiom"), QStringLiteral("tablet"),
+         QStringLiteral("--fullscreen")});
     EXPECT_EQ(run.action, AppCommandLine::Action::Run);
     EXPECT_EQ(run.appearance, Theme::Red);
     EXPECT_EQ(run.initialScreen, QStringLiteral("latitude-keypad"));
@@ -71,6 +76,7 @@ TEST(AppCommandLineTest, EveryOptionReachesItsSetting)
     EXPECT_EQ(run.screenshotFile, QStringLiteral("shot.png"));
     EXPECT_TRUE(run.track);
     EXPECT_EQ(run.idiom, DeviceIdiom::Tablet);
+    EXPECT_TRUE(run.fullScreen);
 
     const AppCommandLine plain = parse({});
     EXPECT_FALSE(plain.appearance.has_value());
@@ -78,6 +84,32 @@ TEST(AppCommandLineTest, EveryOptionReachesItsSetting)
     EXPECT_TRUE(plain.initialScreen.isEmpty());
     EXPECT_FALSE(plain.tileTemplate.has_value());
     EXPECT_FALSE(plain.track);
+    EXPECT_FALSE(plain.fullScreen);
+}
+
+TEST(AppCommandLineTest, TheWindowOpensWhereItWasAndOnScreen)
+{
+    const QRect screen(0, 0, 1920, 1080);
+    struct Case
+    {
+        QString setting;
+        std::optional<QRect> placed;
+    };
+    const Case cases[] = {
+        {WindowPlacement::toSetting(QRect(100, 50, 800, 600)), QRect(100, 50, 800, 600)},
+        // A window left on a screen that is gone comes back onto this one.
+        {QStringLiteral("3000 -500 800 600"), QRect(1120, 0, 800, 600)},
+        {QStringLiteral("10 10 5000 40"), QRect(0, 10, 1920, 200)},
+        {QStringLiteral("10 10 800"), std::nullopt},
+        {QStringLiteral("a b c d"), std::nullopt},
+        {QString(), std::nullopt},
+    };
+    for (const Case &c : cases)
+        EXPECT_EQ(WindowPlacement::fromSetting(c.setting, screen), c.placed) << c.setting.toStdString();
+    // F11 goes to full screen from any state, and back to a window.
+    EXPECT_EQ(RootViewController::fullScreenToggled(QWindow::Windowed), QWindow::FullScreen);
+    EXPECT_EQ(RootViewController::fullScreenToggled(QWindow::Maximized), QWindow::FullScreen);
+    EXPECT_EQ(RootViewController::fullScreenToggled(QWindow::FullScreen), QWindow::Windowed);
 }
 
 } // namespace
