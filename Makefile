@@ -33,6 +33,7 @@ bench: build
 	$(BUILD)/bench/veltor-grid-bench $(ARGS)
 	$(BUILD)/bench/veltor-map-bench $(ARGS)
 	$(BUILD)/bench/veltor-basemap-bench $(ARGS)
+	$(BUILD)/bench/veltor-startup-bench $(ARGS)
 	bash bench/locate-throughput.sh $(BUILD)/src/cli/veltor-locate
 
 # AddressSanitizer and UndefinedBehaviorSanitizer over the whole test suite.

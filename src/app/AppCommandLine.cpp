@@ -47,6 +47,10 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
     const QCommandLineOption fullScreenOption(
         QStringLiteral("fullscreen"),
         QStringLiteral("Fill the screen (car and kiosk screens); F11 switches back and forth."));
+    QCommandLineOption exitWhenReadyOption(
+        QStringLiteral("exit-when-ready"),
+        QStringLiteral("Quit as soon as the first complete frame is shown (start-up benchmark)."));
+    exitWhenReadyOption.setFlags(QCommandLineOption::HiddenFromHelp);
     const QCommandLineOption zoomOption(
         QStringLiteral("zoom"),
         QStringLiteral("Start the map at zoom LEVEL, 0 (the whole world) to 22; fractions allowed."),
@@ -79,7 +83,7 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
             .arg(RootViewController::screenNames().join(QStringLiteral(", "))),
         QStringLiteral("SCREEN"));
     parser.addOptions({helpOption, versionOption, screenshotOption, settingsOption, gpsOption,
-                       trackOption, fullScreenOption, zoomOption, sizeOption, tilesOption, attributionOption,
+                       trackOption, fullScreenOption, exitWhenReadyOption, zoomOption, sizeOption, tilesOption, attributionOption,
                        appearanceOption, idiomOption, openOption});
 
     if (!parser.parse(arguments))
@@ -174,5 +178,6 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
         result.settingsFile = parser.value(settingsOption);
     result.track = parser.isSet(trackOption);
     result.fullScreen = parser.isSet(fullScreenOption);
+    result.exitWhenReady = parser.isSet(exitWhenReadyOption);
     return result;
 }

@@ -31,6 +31,8 @@ struct AppCommandLine
     std::optional<QString> gpsSource;
     bool track = false;
     bool fullScreen = false;
+    // Quit at the first complete frame: how start-up is measured.
+    bool exitWhenReady = false;
     double zoomLevel = MapPanelController::defaultZoomLevel;
     std::optional<QSize> windowSize;
     // An empty template switches back to the offline basemap.

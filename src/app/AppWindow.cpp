@@ -97,6 +97,8 @@ int AppWindow::start(const AppCommandLine &commandLine)
         LocationTrackingSystem::sharedSystem().beginTracking();
     if (commandLine.screenshotFile)
         takeScreenshot(window, *commandLine.screenshotFile);
+    else if (commandLine.exitWhenReady)
+        whenSettled(window, [] { QCoreApplication::exit(0); });
     return -1;
 }
 
@@ -125,14 +127,20 @@ void AppWindow::takeScreenshot(QQuickWindow *window, const QString &file)
             grab();
         });
     };
+    whenSettled(window, settled);
+}
+
+void AppWindow::whenSettled(QQuickWindow *window, std::function<void()> ready)
+{
     // The window's "settled" is a QML property: watch it on a short poll once frames flow.
     auto *poll = new QTimer(this);
-    poll->setInterval(100);
-    connect(poll, &QTimer::timeout, this, [window, poll, settled] {
+    poll->setInterval(10);
+    connect(poll, &QTimer::timeout, this, [window, poll, ready = std::move(ready)] {
         if (!window->property("settled").toBool())
             return;
         poll->stop();
-        settled();
+        poll->deleteLater();
+        ready();
     });
     connect(window, &QQuickWindow::frameSwapped, poll, qOverload<>(&QTimer::start),
             Qt::SingleShotConnection);

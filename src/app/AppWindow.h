@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QQmlApplicationEngine>
 
+#include <functional>
 #include <memory>
 
 class QQuickWindow;
@@ -27,6 +28,8 @@ public:
 
 private:
     void takeScreenshot(QQuickWindow *window, const QString &file);
+    // Runs ready once the window says it has settled (panels filled, every map tile drawn).
+    void whenSettled(QQuickWindow *window, std::function<void()> ready);
 
     Localization m_localization;
     QuitSignalWatcher m_quitSignals;

@@ -1,0 +1,55 @@
+// Start-up as a user meets it: the time from starting the app's process to its first complete
+// frame (the panels filled, every map tile of the view drawn), on a phone-sized window at the
+// sample point. The app quits at that frame (--exit-when-ready); the wall time of the whole
+// process is reported. Goal: 400 ms on 2 cores.
+
+#include <benchmark/benchmark.h>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <cstdio>
+
+namespace {
+
+void startup(benchmark::State &state)
+{
+    const QTemporaryDir home;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    environment.insert(QStringLiteral("QT_QUICK_BACKEND"), QStringLiteral("software"));
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home.path());
+    environment.insert(QStringLiteral("XDG_CACHE_HOME"), home.path());
+    const QStringList arguments{QStringLiteral("--settings"),
+                                home.filePath(QStringLiteral("veltor.ini")),
+                                QStringLiteral("--size"), QStringLiteral("390x844"),
+                                QStringLiteral("--idiom"), QStringLiteral("phone"),
+                                QStringLiteral("--exit-when-ready")};
+    for (auto _ : state) {
+        QProcess app;
+        app.setProcessEnvironment(environment);
+        QElapsedTimer clock;
+        clock.start();
+        app.start(QStringLiteral(VELTOR_APP_PATH), arguments);
+        if (!app.waitForFinished(30000) || app.exitCode() != 0) {
+            state.SkipWithError("the app did not reach its first frame");
+            return;
+        }
+        state.SetIterationTime(double(clock.nsecsElapsed()) * 1e-9);
+    }
+}
+
+BENCHMARK(startup)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(9)->Repetitions(1);
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
