@@ -68,10 +68,12 @@ void RenderedTileSource::requestTile(const TileKey &key, double devicePixelRatio
         if (job->cancelled)
             return;
         QImage image = m_renderer(key, devicePixelRatio);
-        if (job->cancelled)
-            return;
         {
+            // Taken for a cancelled tile too: the destructor waits for the pool and then takes
+            // this lock, so every worker's use of the renderer is seen to end before it goes.
             const std::lock_guard lock(m_finishedMutex);
+            if (job->cancelled)
+                return;
             m_finished.push_back({key, job, std::move(image)});
         }
         // By name: the queued call carries no object of ours across threads, the list does.
