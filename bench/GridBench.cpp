@@ -58,7 +58,7 @@ void drawTile(VeltorGridOverlayRenderer &renderer, QImage &image, const MapRect 
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setTransform(
-        VeltorGridOverlayRenderer::tileTransform(rect, zoomScale, devicePixelRatio));
+        tileTransform(rect, zoomScale, devicePixelRatio));
     renderer.drawMapRect(rect, zoomScale, painter, preference);
 }
 

@@ -1,7 +1,5 @@
 #include "Basemap.h"
 
-#include "VeltorGridOverlayRenderer.h"
-
 #include <QFile>
 #include <QPainter>
 #include <QPainterPath>
@@ -439,7 +437,7 @@ QImage Basemap::renderTile(const MapRect &rect, double zoomScale, double deviceP
     {
         QPainter painter(&image);
         painter.setTransform(
-            VeltorGridOverlayRenderer::tileTransform(rect, zoomScale, devicePixelRatio));
+            tileTransform(rect, zoomScale, devicePixelRatio));
         drawMapRect(rect, zoomScale, painter);
     }
     image.setDevicePixelRatio(devicePixelRatio);

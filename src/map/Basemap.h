@@ -16,9 +16,9 @@ class QPainter;
 // map tiles. Immutable once loaded, so drawMapRect may run on any number of threads at once, each
 // with its own painter.
 //
-// Painter contract, as for VeltorGridOverlayRenderer: the caller sets the painter's transform to
-// VeltorGridOverlayRenderer::tileTransform(rect, z, devicePixelRatio), so map points land on tile
-// pixels; the device pixel ratio is read back as transform().m11() / z.
+// Painter contract, as for every tile drawn: the caller sets the painter's transform to
+// tileTransform(rect, z, devicePixelRatio) (MapProjection.h), so map points land on tile pixels;
+// the device pixel ratio is read back as transform().m11() / z.
 class Basemap
 {
 public:

@@ -29,3 +29,9 @@ Coordinate coordinateForMapPoint(MapPoint point)
     const double latitude = std::atan(std::sinh(t)) / radiansPerDegree;
     return {latitude, longitude};
 }
+
+QTransform tileTransform(const MapRect &rect, double zoomScale, double devicePixelRatio)
+{
+    const double scale = zoomScale * devicePixelRatio;
+    return QTransform(scale, 0.0, 0.0, scale, -rect.x * scale, -rect.y * scale);
+}

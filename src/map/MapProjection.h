@@ -2,6 +2,8 @@
 
 #include "Coordinate.h"
 
+#include <QTransform>
+
 // The map's world: spherical Web Mercator over a square of map points. x grows east from
 // longitude -180, y grows south from latitude +85.0511 (the projection of the square's top edge).
 inline constexpr double mapWorldWidth = 268435456.0;
@@ -77,3 +79,7 @@ inline constexpr double mapProjectionLatitudeLimit = 89.9999999;
 
 MapPoint mapPointForCoordinate(Coordinate coordinate);
 Coordinate coordinateForMapPoint(MapPoint point);
+
+// The painter transform that puts the map points of RECT on the pixels of a tile drawn at zoom
+// scale Z and the device pixel ratio: scale z · ratio after moving the rectangle's origin to 0.
+QTransform tileTransform(const MapRect &rect, double zoomScale, double devicePixelRatio);

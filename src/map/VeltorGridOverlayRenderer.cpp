@@ -205,13 +205,6 @@ GridLabelAttributes VeltorGridOverlayRenderer::labelAttributes(double zoomScale,
     return attributes;
 }
 
-QTransform VeltorGridOverlayRenderer::tileTransform(const MapRect &rect, double zoomScale,
-                                                    double devicePixelRatio)
-{
-    const double scale = zoomScale * devicePixelRatio;
-    return QTransform(scale, 0.0, 0.0, scale, -rect.x * scale, -rect.y * scale);
-}
-
 QImage VeltorGridOverlayRenderer::renderTile(const MapRect &rect, double zoomScale,
                                              double devicePixelRatio, VeltorFormat preference)
 {

@@ -103,7 +103,6 @@ public:
     void drawMapRect(const MapRect &rect, double zoomScale, QPainter &painter,
                      VeltorFormat preference);
 
-    static QTransform tileTransform(const MapRect &rect, double zoomScale, double devicePixelRatio);
     // A transparent ARGB32_Premultiplied tile of round(size · z · devicePixelRatio) pixels.
     QImage renderTile(const MapRect &rect, double zoomScale, double devicePixelRatio,
                       VeltorFormat preference);

@@ -153,7 +153,7 @@ TEST(VeltorGridOverlayRenderer, Attributes)
 TEST(VeltorGridOverlayRenderer, TileTransformMapsTheRectangleOntoThePixels)
 {
     const MapRect rect{W / 2, 1000.0, 2048.0, 4096.0};
-    const QTransform transform = VeltorGridOverlayRenderer::tileTransform(rect, 0.125, 2.0);
+    const QTransform transform = tileTransform(rect, 0.125, 2.0);
     EXPECT_EQ(transform.map(QPointF(rect.x, rect.y)), QPointF(0, 0));
     EXPECT_EQ(transform.map(QPointF(rect.maxX(), rect.maxY())), QPointF(512, 1024));
 
@@ -494,7 +494,7 @@ TEST(VeltorGridOverlayRendererLabels, PreparedImageAndOutlinesGiveTheSamePicture
         QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
         image.fill(QColor(181, 208, 160));
         QPainter painter(&image);
-        painter.setTransform(VeltorGridOverlayRenderer::tileTransform(tile, z, devicePixelRatio));
+        painter.setTransform(tileTransform(tile, z, devicePixelRatio));
         renderer.drawMapRect(tile, z, painter, Eight);
         return image;
     };
