@@ -75,7 +75,7 @@ void MapPanelController::setTablet(bool tablet)
     m_tablet = tablet;
     // The overlay leaves the map before its renderer is replaced.
     if (m_showingGridOverlay && m_map) {
-        m_map->removeOverlay(&m_gridOverlay);
+        m_map->removeOverlay(m_gridRenderer.get());
         m_showingGridOverlay = false;
     }
     m_gridRenderer = std::make_unique<VeltorGridOverlayRenderer>(tablet);
@@ -127,7 +127,7 @@ void MapPanelController::detach()
     if (m_pin)
         m_map->removeAnnotation(m_pin.get());
     m_pin.reset();
-    m_map->removeOverlay(&m_gridOverlay);
+    m_map->removeOverlay(m_gridRenderer.get());
     m_showingGridOverlay = false;
 }
 
@@ -176,12 +176,21 @@ void MapPanelController::updateGridOverlay()
     // Removed and added again, so every tile is drawn anew at the new precision.
     if (m_showingGridOverlay) {
         m_showingGridOverlay = false;
-        m_map->removeOverlay(&m_gridOverlay);
+        m_map->removeOverlay(rendererForOverlay(&m_gridOverlay));
     }
     if (m_preferences.showGrid()) {
         m_showingGridOverlay = true;
-        m_map->addOverlay(&m_gridOverlay, m_gridRenderer.get(), m_preferences.veltorFormat());
+        // Off the map, so no tile is being drawn at the old precision.
+        m_gridRenderer->setPrecision(m_preferences.veltorFormat());
+        m_map->addOverlay(rendererForOverlay(&m_gridOverlay));
     }
+}
+
+OverlayRenderer *MapPanelController::rendererForOverlay(const VeltorGridOverlay *overlay)
+{
+    if (overlay != &m_gridOverlay)
+        qFatal("No renderer for overlay %p", static_cast<const void *>(overlay));
+    return m_gridRenderer.get();
 }
 
 void MapPanelController::regionChanged()

@@ -110,6 +110,9 @@ public:
     void classBegin() override {}
     void componentComplete() override;
 
+    // The renderer of the map's one overlay, the grid; any other overlay is a fault.
+    OverlayRenderer *rendererForOverlay(const VeltorGridOverlay *overlay);
+
     // Puts the map on the tile server the settings name, if any; a bad one keeps the basemap.
     static void useTileServer(MapView &map, const UserDefaults &defaults);
 

@@ -3,7 +3,7 @@
 #include "MapViewNode.h"
 #include "OfflineBasemapSource.h"
 #include "RenderedTileSource.h"
-#include "VeltorGridOverlayRenderer.h"
+#include "OverlayRenderer.h"
 
 #include <QGuiApplication>
 #include <QLineF>
@@ -321,44 +321,42 @@ void MapView::setBaseTileSource(std::unique_ptr<TileSource> primary,
     update();
 }
 
-void MapView::addOverlay(const VeltorGridOverlay *overlay, VeltorGridOverlayRenderer *renderer,
-                         VeltorFormat precision)
+void MapView::addOverlay(OverlayRenderer *renderer)
 {
-    if (!overlay || !renderer || overlayLayer(overlay))
+    if (!renderer || overlayLayer(renderer))
         return;
     auto source = std::make_unique<RenderedTileSource>(
-        [renderer, precision](const TileKey &key, double devicePixelRatio) {
-            return renderer->renderTile(key.rect(), key.zoomScale, devicePixelRatio, precision);
+        [renderer](const TileKey &key, double devicePixelRatio) {
+            return renderer->renderTile(key.rect(), key.zoomScale, devicePixelRatio);
         });
     auto layer = std::make_unique<MapTileLayer>(std::move(source), false);
     connectLayer(layer.get());
-    m_overlays.push_back({overlay, std::move(layer)});
+    m_overlays.push_back({renderer, std::move(layer)});
     updateLayers();
-    update();
 }
 
-void MapView::removeOverlay(const VeltorGridOverlay *overlay)
+void MapView::removeOverlay(const OverlayRenderer *renderer)
 {
     const auto removed = std::erase_if(
-        m_overlays, [overlay](const OverlayEntry &entry) { return entry.overlay == overlay; });
+        m_overlays, [renderer](const OverlayEntry &entry) { return entry.renderer == renderer; });
     if (removed) {
         update();
         updateIdle();
     }
 }
 
-std::vector<const VeltorGridOverlay *> MapView::overlays() const
+std::vector<const OverlayRenderer *> MapView::overlays() const
 {
-    std::vector<const VeltorGridOverlay *> result;
+    std::vector<const OverlayRenderer *> result;
     for (const OverlayEntry &entry : m_overlays)
-        result.push_back(entry.overlay);
+        result.push_back(entry.renderer);
     return result;
 }
 
-const MapTileLayer *MapView::overlayLayer(const VeltorGridOverlay *overlay) const
+const MapTileLayer *MapView::overlayLayer(const OverlayRenderer *renderer) const
 {
     for (const OverlayEntry &entry : m_overlays)
-        if (entry.overlay == overlay)
+        if (entry.renderer == renderer)
             return entry.layer.get();
     return nullptr;
 }

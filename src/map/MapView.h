@@ -3,7 +3,6 @@
 #include "Coordinate.h"
 #include "MapProjection.h"
 #include "MapTileLayer.h"
-#include "VeltorFormat.h"
 
 #include <QElapsedTimer>
 #include <QImage>
@@ -18,8 +17,7 @@
 #include <optional>
 #include <vector>
 
-class VeltorGridOverlay;
-class VeltorGridOverlayRenderer;
+class OverlayRenderer;
 
 // A point the map marks with a pin. The view does not own it; remove it before it goes.
 class MapPointAnnotation
@@ -91,14 +89,13 @@ public:
     QString attribution() const { return m_attribution; }
     QColor nightTint() const { return m_nightTint; }
     void setNightTint(const QColor &tint);
-    // The renderer is borrowed and must outlive the overlay's stay on the map; labels use
-    // precision, so a new precision means removing and adding the overlay again.
-    void addOverlay(const VeltorGridOverlay *overlay, VeltorGridOverlayRenderer *renderer,
-                    VeltorFormat precision);
-    void removeOverlay(const VeltorGridOverlay *overlay);
-    std::vector<const VeltorGridOverlay *> overlays() const;
+    // The renderer is borrowed and must outlive its stay on the map; removing it waits for the
+    // tiles it is drawing.
+    void addOverlay(OverlayRenderer *renderer);
+    void removeOverlay(const OverlayRenderer *renderer);
+    std::vector<const OverlayRenderer *> overlays() const;
     const MapTileLayer *baseLayer() const { return m_baseLayer.get(); }
-    const MapTileLayer *overlayLayer(const VeltorGridOverlay *overlay) const;
+    const MapTileLayer *overlayLayer(const OverlayRenderer *renderer) const;
 
     // Annotations: each is marked with a pin that drops in when added.
     void addAnnotation(const MapPointAnnotation *annotation);
@@ -146,7 +143,7 @@ protected:
 private:
     struct OverlayEntry
     {
-        const VeltorGridOverlay *overlay;
+        const OverlayRenderer *renderer;
         std::unique_ptr<MapTileLayer> layer;
     };
     struct Sample

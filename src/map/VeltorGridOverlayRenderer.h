@@ -1,6 +1,7 @@
 #pragma once
 
 #include "MapProjection.h"
+#include "OverlayRenderer.h"
 #include "VeltorFormat.h"
 
 #include <QColor>
@@ -90,10 +91,18 @@ private:
 // pixels, i.e. tileTransform(rect, z, devicePixelRatio): scale z · devicePixelRatio after a
 // translation by the negated rectangle origin. renderTile does exactly that into a new image.
 // Construct on the GUI thread (it looks the font up in the font database).
-class VeltorGridOverlayRenderer
+class VeltorGridOverlayRenderer : public OverlayRenderer
 {
 public:
     explicit VeltorGridOverlayRenderer(bool tablet = false);
+
+    // The precision the map's tiles are labelled at; set only while off the map.
+    void setPrecision(VeltorFormat precision) { m_precision = precision; }
+    VeltorFormat precision() const { return m_precision; }
+    QImage renderTile(const MapRect &rect, double zoomScale, double devicePixelRatio) override
+    {
+        return renderTile(rect, zoomScale, devicePixelRatio, m_precision);
+    }
 
     VeltorGridOverlayRenderer(const VeltorGridOverlayRenderer &) = delete;
     VeltorGridOverlayRenderer &operator=(const VeltorGridOverlayRenderer &) = delete;
@@ -135,6 +144,7 @@ public:
 private:
     GridLabelAttributes m_stringAttributes;
     double m_fontSize;
+    VeltorFormat m_precision = VeltorFormat::EightCharacters;
 
     mutable std::mutex m_cacheMutex;
     double m_attributedStringCacheZoom = 0.0;

@@ -143,7 +143,7 @@ TEST_F(MapPanelControllerTest, TheGridFollowsBothSettingsWithOneOverlay)
         {[&] { preferences.setVeltorFormat(VeltorFormat::TwoCharacters); }, 0},
         {[&] { preferences.setShowGrid(true); }, 1},
     };
-    const VeltorGridOverlay *first = map->overlays().front();
+    const OverlayRenderer *first = map->overlays().front();
     for (const Step &step : steps) {
         step.change();
         ASSERT_EQ(map->overlays().size(), step.overlays);
@@ -151,6 +151,12 @@ TEST_F(MapPanelControllerTest, TheGridFollowsBothSettingsWithOneOverlay)
             EXPECT_EQ(map->overlays().front(), first);
         }
     }
+}
+
+TEST_F(MapPanelControllerTest, OnlyTheGridOverlayHasARenderer)
+{
+    const VeltorGridOverlay stranger;
+    EXPECT_DEATH(panel->rendererForOverlay(&stranger), "No renderer for overlay ");
 }
 
 TEST_F(MapPanelControllerTest, RegionChangesWithinOneTurnAreOne)
