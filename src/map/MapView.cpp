@@ -1,9 +1,10 @@
 #include "MapView.h"
 
+#include "Basemap.h"
 #include "MapViewNode.h"
 #include "OfflineBasemapSource.h"
-#include "RenderedTileSource.h"
 #include "OverlayRenderer.h"
+#include "RenderedTileSource.h"
 
 #include <QGuiApplication>
 #include <QLineF>
@@ -458,7 +459,8 @@ QSGNode *MapView::updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *)
     if (!window())
         return node;
     if (!node)
-        node = new MapViewNode(window());
+        // Until the first tiles arrive the map is sea: calmer than a flash of grey.
+        node = new MapViewNode(window(), Basemap::oceanColor());
 
     const double ratio = devicePixelRatio();
     const MapRect visible = visibleMapRect();

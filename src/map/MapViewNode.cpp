@@ -1,7 +1,5 @@
 #include "MapViewNode.h"
 
-#include "Basemap.h"
-
 #include <QPainter>
 #include <QPainterPath>
 #include <QQuickWindow>
@@ -27,10 +25,11 @@ bool hasTint(const QColor &tint)
 
 } // namespace
 
-MapViewNode::MapViewNode(QQuickWindow *window) : m_window(window)
+MapViewNode::MapViewNode(QQuickWindow *window, const QColor &background)
+    : m_window(window), m_backgroundColor(background)
 {
     m_background = window->createRectangleNode();
-    m_background->setColor(backgroundColor());
+    m_background->setColor(m_backgroundColor);
     appendChildNode(m_background);
 }
 
@@ -38,12 +37,6 @@ MapViewNode::~MapViewNode()
 {
     // Child nodes go with QSGNode's destructor; they do not own their textures.
     dropTextures();
-}
-
-QColor MapViewNode::backgroundColor()
-{
-    // Until the first tiles arrive the map is sea: calmer than a flash of grey.
-    return Basemap::oceanColor();
 }
 
 QImage MapViewNode::pinImage(double devicePixelRatio)
@@ -122,9 +115,9 @@ void MapViewNode::setNightTint(const QColor &tint)
     // Every picture must be uploaded again in the new colours.
     dropTextures();
     QImage sea(1, 1, QImage::Format_ARGB32_Premultiplied);
-    sea.fill(backgroundColor());
+    sea.fill(m_backgroundColor);
     m_background->setColor(hasTint(tint) ? nightImage(sea, tint).pixelColor(0, 0)
-                                         : backgroundColor());
+                                         : m_backgroundColor);
 }
 
 QImage MapViewNode::nightImage(const QImage &image, const QColor &tint)

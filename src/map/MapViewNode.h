@@ -21,13 +21,13 @@ class QSGTexture;
 class MapViewNode : public QSGTransformNode
 {
 public:
-    explicit MapViewNode(QQuickWindow *window);
+    // BACKGROUND shows wherever no tile has arrived yet.
+    MapViewNode(QQuickWindow *window, const QColor &background);
     ~MapViewNode() override;
 
     MapViewNode(const MapViewNode &) = delete;
     MapViewNode &operator=(const MapViewNode &) = delete;
 
-    static QColor backgroundColor();
     static QImage pinImage(double devicePixelRatio);
     static QImage userDotImage(double devicePixelRatio);
 
@@ -70,4 +70,5 @@ private:
     QImage m_circle;
     int m_circleRadius = 0;
     QColor m_nightTint{0, 0, 0, 0};
+    QColor m_backgroundColor;
 };
