@@ -111,13 +111,13 @@ Page {
                 y: frame.y
                 width: frame.width
                 height: frame.height
-                nightTint: Theme.mapNightTint
-
+    
                 MapPanelController {
                     id: mapPanel
                     map: map
                     initialZoomLevel: screen.initialZoomLevel
                     tablet: screen.tablet
+                appearance: Theme.appearance
                 }
 
                 Column {

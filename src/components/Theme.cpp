@@ -10,7 +10,7 @@ namespace {
 struct Palette
 {
     QColor window, surface, text, caption, tint, keyFace, divider, warning, scrim, mapControl,
-        mapControlText, mapNightTint;
+        mapControlText;
 };
 
 const Palette &paletteFor(Theme::Appearance appearance)
@@ -20,17 +20,16 @@ const Palette &paletteFor(Theme::Appearance appearance)
         {QColor(0xff, 0xff, 0xff), QColor(0xf2, 0xf3, 0xf5), veltorTextColor(),
          QColor::fromRgbF(2.0 / 3, 2.0 / 3, 2.0 / 3), QColor(0x0a, 0x5f, 0xc2),
          QColor(0xff, 0xff, 0xff), QColor(0xc6, 0xc9, 0xce), QColor(0xfd, 0xe3, 0xd8),
-         QColor(0, 0, 0, 0x66), QColor(0xff, 0xff, 0xff, 0xe6), veltorTextColor(),
-         QColor(0, 0, 0, 0)},
+         QColor(0, 0, 0, 0x66), QColor(0xff, 0xff, 0xff, 0xe6), veltorTextColor()},
         // Night: dark surfaces with amber, readable without lighting up a tent.
         {QColor(0x10, 0x16, 0x1c), QColor(0x18, 0x21, 0x2a), QColor(0xe6, 0xeb, 0xef),
          QColor(0x8a, 0xa0, 0xb2), QColor(0xff, 0xb0, 0x20), QColor(0x1b, 0x25, 0x2f),
          QColor(0x2e, 0x3b, 0x47), QColor(0x5a, 0x2a, 0x1a), QColor(0, 0, 0, 0x99),
-         QColor(0x18, 0x21, 0x2a, 0xe6), QColor(0xe6, 0xeb, 0xef), QColor(0xb4, 0xc2, 0xcc)},
+         QColor(0x18, 0x21, 0x2a, 0xe6), QColor(0xe6, 0xeb, 0xef)},
         // Red: black and deep red only, nothing brighter than it must be.
         {QColor(0, 0, 0), QColor(0x0c, 0, 0), QColor(0xb0, 0, 0), QColor(0x78, 0, 0),
          QColor(0xc8, 0, 0), QColor(0, 0, 0), QColor(0x40, 0, 0), QColor(0x30, 0, 0),
-         QColor(0, 0, 0, 0xb3), QColor(0, 0, 0, 0xe6), QColor(0xb0, 0, 0), QColor(0xb0, 0, 0)},
+         QColor(0, 0, 0, 0xb3), QColor(0, 0, 0, 0xe6), QColor(0xb0, 0, 0)},
     }};
     return palettes.at(static_cast<std::size_t>(appearance));
 }
@@ -82,7 +81,6 @@ QColor Theme::warningColor() const { return paletteFor(m_appearance).warning; }
 QColor Theme::scrimColor() const { return paletteFor(m_appearance).scrim; }
 QColor Theme::mapControlColor() const { return paletteFor(m_appearance).mapControl; }
 QColor Theme::mapControlTextColor() const { return paletteFor(m_appearance).mapControlText; }
-QColor Theme::mapNightTint() const { return paletteFor(m_appearance).mapNightTint; }
 
 QFont Theme::titleFont() { return systemFont(34.0, QFont::Light); }
 QFont Theme::body1Font() { return systemFont(17.0); }

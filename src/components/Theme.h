@@ -34,8 +34,6 @@ class Theme : public QObject
     Q_PROPERTY(QColor scrimColor READ scrimColor NOTIFY appearanceChanged)
     Q_PROPERTY(QColor mapControlColor READ mapControlColor NOTIFY appearanceChanged)
     Q_PROPERTY(QColor mapControlTextColor READ mapControlTextColor NOTIFY appearanceChanged)
-    // The map's night colours (see MapView.nightTint); transparent by day.
-    Q_PROPERTY(QColor mapNightTint READ mapNightTint NOTIFY appearanceChanged)
     Q_PROPERTY(QFont titleFont READ titleFont CONSTANT)
     Q_PROPERTY(QFont body1Font READ body1Font CONSTANT)
     Q_PROPERTY(QFont body2Font READ body2Font CONSTANT)
@@ -81,7 +79,6 @@ public:
     QColor scrimColor() const;
     QColor mapControlColor() const;
     QColor mapControlTextColor() const;
-    QColor mapNightTint() const;
 
     static QFont titleFont();
     static QFont body1Font();

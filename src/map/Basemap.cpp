@@ -363,22 +363,22 @@ std::shared_ptr<const Basemap> Basemap::shared()
 
 QColor Basemap::oceanColor()
 {
-    return QColor(213, 225, 232);
+    return MapPalette::day().ocean;
 }
 
 QColor Basemap::landColor()
 {
-    return QColor(244, 240, 230);
+    return MapPalette::day().land;
 }
 
 QColor Basemap::coastlineColor()
 {
-    return QColor(140, 160, 176);
+    return MapPalette::day().coastline;
 }
 
 QColor Basemap::borderColor()
 {
-    return QColor(170, 160, 156);
+    return MapPalette::day().border;
 }
 
 const BasemapLevel &Basemap::levelFor(double deviceScale) const
@@ -395,7 +395,8 @@ int Basemap::levelOfDetailFor(double deviceScale) const
     return levelFor(deviceScale).zoomLevel;
 }
 
-void Basemap::drawMapRect(const MapRect &rect, double zoomScale, QPainter &painter) const
+void Basemap::drawMapRect(const MapRect &rect, double zoomScale, QPainter &painter,
+                          const MapPalette &palette) const
 {
     const double deviceScale = std::fabs(painter.transform().m11());
     if (rect.isEmpty() || !isFinite(rect) || !(zoomScale > 0.0) || !std::isfinite(zoomScale) ||
@@ -406,7 +407,7 @@ void Basemap::drawMapRect(const MapRect &rect, double zoomScale, QPainter &paint
 
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing, true);
-    painter.fillRect(QRectF(rect.x, rect.y, rect.width, rect.height), oceanColor());
+    painter.fillRect(QRectF(rect.x, rect.y, rect.width, rect.height), palette.ocean);
 
     const double coastPixels = std::max(1.0, coastlineWidth * devicePixelRatio);
     const double borderPixels = borderWidth * devicePixelRatio;
@@ -417,15 +418,16 @@ void Basemap::drawMapRect(const MapRect &rect, double zoomScale, QPainter &paint
         const BasemapLevel &level = levelFor(deviceScale);
         TileDrawing drawing(level, cellRange(level, area), painter);
         const double landMargin = landMarginPixels * pixel;
-        drawing.fillLand(boxOf(rect.insetBy(-landMargin, -landMargin)), landColor());
+        drawing.fillLand(boxOf(rect.insetBy(-landMargin, -landMargin)), palette.land);
         const Box lineBox = boxOf(rect.insetBy(-lineMargin, -lineMargin));
-        drawing.strokeLines(level.coast, lineBox, coastlineColor(), coastPixels);
-        drawing.strokeLines(level.borders, lineBox, borderColor(), borderPixels);
+        drawing.strokeLines(level.coast, lineBox, palette.coastline, coastPixels);
+        drawing.strokeLines(level.borders, lineBox, palette.border, borderPixels);
     }
     painter.restore();
 }
 
-QImage Basemap::renderTile(const MapRect &rect, double zoomScale, double devicePixelRatio) const
+QImage Basemap::renderTile(const MapRect &rect, double zoomScale, double devicePixelRatio,
+                           const MapPalette &palette) const
 {
     const double width = std::round(rect.width * zoomScale * devicePixelRatio);
     const double height = std::round(rect.height * zoomScale * devicePixelRatio);
@@ -433,12 +435,11 @@ QImage Basemap::renderTile(const MapRect &rect, double zoomScale, double deviceP
         return {};
     QImage image(int(width), int(height), QImage::Format_RGB32);
     // Sea first, so pixels the rounded size adds at the edges are not left undefined.
-    image.fill(oceanColor());
+    image.fill(palette.ocean);
     {
         QPainter painter(&image);
-        painter.setTransform(
-            tileTransform(rect, zoomScale, devicePixelRatio));
-        drawMapRect(rect, zoomScale, painter);
+        painter.setTransform(tileTransform(rect, zoomScale, devicePixelRatio));
+        drawMapRect(rect, zoomScale, painter, palette);
     }
     image.setDevicePixelRatio(devicePixelRatio);
     return image;

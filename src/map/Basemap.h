@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BasemapData.h"
+#include "MapPalette.h"
 #include "MapProjection.h"
 
 #include <QColor>
@@ -31,11 +32,14 @@ public:
 
     // Fills the rectangle with sea, then land, then strokes coastlines and borders. Anything
     // outside the world stays sea.
-    void drawMapRect(const MapRect &rect, double zoomScale, QPainter &painter) const;
+    void drawMapRect(const MapRect &rect, double zoomScale, QPainter &painter,
+                     const MapPalette &palette = MapPalette::day()) const;
     // An opaque RGB32 tile of round(size · z · devicePixelRatio) pixels, antialiased; a null image
     // for a size of no pixels or an absurd one.
-    QImage renderTile(const MapRect &rect, double zoomScale, double devicePixelRatio) const;
+    QImage renderTile(const MapRect &rect, double zoomScale, double devicePixelRatio,
+                      const MapPalette &palette = MapPalette::day()) const;
 
+    // The day colours.
     static QColor oceanColor();
     static QColor landColor();
     static QColor coastlineColor();

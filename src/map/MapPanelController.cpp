@@ -73,14 +73,31 @@ void MapPanelController::setTablet(bool tablet)
     if (tablet == m_tablet)
         return;
     m_tablet = tablet;
-    // The overlay leaves the map before its renderer is replaced.
+    replaceGridRenderer();
+    emit tabletChanged();
+}
+
+void MapPanelController::setAppearance(int appearance)
+{
+    if (appearance == m_appearance)
+        return;
+    m_appearance = appearance;
+    if (m_map)
+        m_map->setPalette(MapPalette::forAppearance(m_appearance));
+    replaceGridRenderer();
+    emit appearanceChanged();
+}
+
+void MapPanelController::replaceGridRenderer()
+{
+    // The overlay leaves the map, which waits for its tiles, before its renderer goes.
     if (m_showingGridOverlay && m_map) {
         m_map->removeOverlay(m_gridRenderer.get());
         m_showingGridOverlay = false;
     }
-    m_gridRenderer = std::make_unique<VeltorGridOverlayRenderer>(tablet);
+    m_gridRenderer = std::make_unique<VeltorGridOverlayRenderer>(
+        m_tablet, MapPalette::forAppearance(m_appearance));
     updateGridOverlay();
-    emit tabletChanged();
 }
 
 void MapPanelController::setInitialZoomLevel(double level)
@@ -102,6 +119,7 @@ void MapPanelController::attach()
     if (!m_map)
         return;
     m_map->setZoomLevel(m_initialZoomLevel);
+    m_map->setPalette(MapPalette::forAppearance(m_appearance));
     useTileServer(*m_map, m_defaults);
     m_mapConnections.push_back(connect(m_map, &MapView::longPressed, this,
                                        [this](double latitude, double longitude) {

@@ -34,6 +34,8 @@ class MapPanelController : public QObject, public QQmlParserStatus
                    initialZoomLevelChanged)
     // Grid labels are 15 points on a tablet and 20 on a phone.
     Q_PROPERTY(bool tablet READ isTablet WRITE setTablet NOTIFY tabletChanged)
+    // The screens' appearance (0 day, 1 night, 2 red): the map draws in its palette.
+    Q_PROPERTY(int appearance READ appearance WRITE setAppearance NOTIFY appearanceChanged)
     Q_PROPERTY(QString zoomInTitle READ zoomInTitle CONSTANT)
     Q_PROPERTY(QString zoomInAccessibilityTitle READ zoomInAccessibilityTitle CONSTANT)
     Q_PROPERTY(QString zoomOutTitle READ zoomOutTitle CONSTANT)
@@ -69,6 +71,8 @@ public:
     void setMap(MapView *map);
     bool isTablet() const { return m_tablet; }
     void setTablet(bool tablet);
+    int appearance() const { return m_appearance; }
+    void setAppearance(int appearance);
     double initialZoomLevel() const { return m_initialZoomLevel; }
     void setInitialZoomLevel(double level);
 
@@ -120,6 +124,7 @@ signals:
     void mapChanged();
     void initialZoomLevelChanged();
     void tabletChanged();
+    void appearanceChanged();
     void trackingChanged();
     void shareSheetRequested();
 
@@ -130,6 +135,8 @@ private:
     void updateUserLocation();
     void updateGridOverlay();
     void regionChanged();
+    // A new grid renderer for the idiom and the appearance, with the old one off the map first.
+    void replaceGridRenderer();
 
     ApplicationStateSystem &m_state;
     PreferencesSystem &m_preferences;
@@ -141,6 +148,7 @@ private:
     LimitedCoordinateRangeTransformer m_limiter;
     VeltorGridOverlay m_gridOverlay;
     bool m_tablet = false;
+    int m_appearance = 0;
     std::unique_ptr<VeltorGridOverlayRenderer> m_gridRenderer;
     std::unique_ptr<MapPointAnnotation> m_pin;
     bool m_animateMapScroll = false;

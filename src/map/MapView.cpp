@@ -1,6 +1,5 @@
 #include "MapView.h"
 
-#include "Basemap.h"
 #include "MapViewNode.h"
 #include "OfflineBasemapSource.h"
 #include "OverlayRenderer.h"
@@ -100,7 +99,7 @@ MapView::MapView(QQuickItem *parent) : QQuickItem(parent)
             [this](const QVariant &value) { animationStep(value.toDouble()); });
     connect(&m_animation, &QVariantAnimation::finished, this, &MapView::settleIfDone);
 
-    setBaseTileSource(createOfflineBasemapSource());
+    setBaseTileSource(nullptr);
 }
 
 MapView::~MapView() = default;
@@ -308,8 +307,9 @@ QPointF MapView::pointFor(double latitude, double longitude) const
 void MapView::setBaseTileSource(std::unique_ptr<TileSource> primary,
                                 std::unique_ptr<TileSource> fallback, const QString &attribution)
 {
+    m_baseIsOffline = !primary;
     if (!primary)
-        primary = createOfflineBasemapSource();
+        primary = createOfflineBasemapSource(m_palette);
     m_baseLayer = std::make_unique<MapTileLayer>(std::move(primary), true);
     if (fallback)
         m_baseLayer->setFallback(std::move(fallback));
@@ -444,12 +444,13 @@ void MapView::setUserLocation(std::optional<Coordinate> location, std::optional<
 
 // Drawing --------------------------------------------------------------------------------------
 
-void MapView::setNightTint(const QColor &tint)
+void MapView::setPalette(const MapPalette &palette)
 {
-    if (tint == m_nightTint)
+    if (palette == m_palette)
         return;
-    m_nightTint = tint;
-    emit nightTintChanged();
+    m_palette = palette;
+    if (m_baseIsOffline)
+        setBaseTileSource(nullptr, {}, m_attribution);
     update();
 }
 
@@ -460,7 +461,7 @@ QSGNode *MapView::updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *)
         return node;
     if (!node)
         // Until the first tiles arrive the map is sea: calmer than a flash of grey.
-        node = new MapViewNode(window(), Basemap::oceanColor());
+        node = new MapViewNode(window(), m_palette.ocean);
 
     const double ratio = devicePixelRatio();
     const MapRect visible = visibleMapRect();
@@ -474,13 +475,15 @@ QSGNode *MapView::updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *)
         return QRectF(left, top, right - left, bottom - top);
     };
 
-    node->setNightTint(m_nightTint);
+    node->setPalette(m_palette);
+    // Raster tiles keep a server's colours, so they are tinted; the basemap is drawn in ours.
+    node->setNightTint(m_baseIsOffline ? QColor(0, 0, 0, 0) : m_palette.rasterTint);
     node->beginFrame(QRectF(0, 0, width(), height()));
     for (const TileDraw &draw : m_baseLayer->drawList())
         node->addImage(draw.image, viewRect(draw.target), draw.source);
     for (const OverlayEntry &entry : m_overlays)
         for (const TileDraw &draw : entry.layer->drawList())
-            node->addImage(draw.image, viewRect(draw.target), draw.source);
+            node->addImage(draw.image, viewRect(draw.target), draw.source, false);
 
     if (m_showsUserLocation && m_userLocation) {
         const QPointF at = pointForCoordinate(*m_userLocation);

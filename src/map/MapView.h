@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Coordinate.h"
+#include "MapPalette.h"
 #include "MapProjection.h"
 #include "MapTileLayer.h"
 
@@ -46,8 +47,6 @@ class MapView : public QQuickItem
                    showsUserLocationChanged)
     Q_PROPERTY(QString attribution READ attribution NOTIFY attributionChanged)
     Q_PROPERTY(bool idle READ isIdle NOTIFY idleChanged)
-    // Draws the map dark with light lines in this colour, for night eyes; transparent for none.
-    Q_PROPERTY(QColor nightTint READ nightTint WRITE setNightTint NOTIFY nightTintChanged)
 
 public:
     explicit MapView(QQuickItem *parent = nullptr);
@@ -87,8 +86,9 @@ public:
     void setBaseTileSource(std::unique_ptr<TileSource> primary,
                            std::unique_ptr<TileSource> fallback = {}, const QString &attribution = {});
     QString attribution() const { return m_attribution; }
-    QColor nightTint() const { return m_nightTint; }
-    void setNightTint(const QColor &tint);
+    // The colours of everything the map draws itself; tiles are drawn again in new ones.
+    const MapPalette &palette() const { return m_palette; }
+    void setPalette(const MapPalette &palette);
     // The renderer is borrowed and must outlive its stay on the map; removing it waits for the
     // tiles it is drawing.
     void addOverlay(OverlayRenderer *renderer);
@@ -124,7 +124,6 @@ signals:
     void longPressed(double latitude, double longitude);
     void showsUserLocationChanged();
     void attributionChanged();
-    void nightTintChanged();
     void idleChanged();
 
 protected:
@@ -183,7 +182,9 @@ private:
 
     std::unique_ptr<MapTileLayer> m_baseLayer;
     QString m_attribution;
-    QColor m_nightTint{0, 0, 0, 0};
+    MapPalette m_palette = MapPalette::day();
+    // The base is the offline basemap (drawn in the palette), not raster tiles from a server.
+    bool m_baseIsOffline = true;
     std::vector<OverlayEntry> m_overlays;
     std::vector<const MapPointAnnotation *> m_annotations;
     std::map<const MapPointAnnotation *, qint64> m_dropStarts; // m_clock time of each drop

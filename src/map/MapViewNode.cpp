@@ -39,7 +39,7 @@ MapViewNode::~MapViewNode()
     dropTextures();
 }
 
-QImage MapViewNode::pinImage(double devicePixelRatio)
+QImage MapViewNode::pinImage(double devicePixelRatio, const MapPalette &palette)
 {
     QImage image(QSize(int(std::ceil(pinWidth * devicePixelRatio)),
                        int(std::ceil(pinHeight * devicePixelRatio))),
@@ -51,20 +51,20 @@ QImage MapViewNode::pinImage(double devicePixelRatio)
     const double headRadius = pinWidth * 0.5 - 2.0;
     const QPointF head(pinWidth * 0.5, headRadius + 2.0);
     // Needle, then a head with a dark rim that stands out on land, sea and grid alike.
-    painter.setPen(QPen(QColor(0x30, 0x30, 0x30), 3.0, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(QPen(palette.pinNeedle, 3.0, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(QPointF(head.x(), head.y() + headRadius * 0.6),
                      QPointF(head.x(), pinHeight - 1.5));
-    painter.setPen(QPen(QColor(0x7a, 0x0c, 0x0c), 2.0));
-    painter.setBrush(QColor(0xe0, 0x23, 0x23));
+    painter.setPen(QPen(palette.pinRim, 2.0));
+    painter.setBrush(palette.pinHead);
     painter.drawEllipse(head, headRadius, headRadius);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(255, 255, 255, 170));
+    painter.setBrush(palette.pinShine);
     painter.drawEllipse(head + QPointF(-headRadius * 0.35, -headRadius * 0.35), headRadius * 0.3,
                         headRadius * 0.3);
     return image;
 }
 
-QImage MapViewNode::userDotImage(double devicePixelRatio)
+QImage MapViewNode::userDotImage(double devicePixelRatio, const MapPalette &palette)
 {
     const int size = int(std::ceil((dotRadius * 2.0 + 4.0) * devicePixelRatio));
     QImage image(QSize(size, size), QImage::Format_ARGB32_Premultiplied);
@@ -74,11 +74,11 @@ QImage MapViewNode::userDotImage(double devicePixelRatio)
     painter.scale(devicePixelRatio, devicePixelRatio);
     const QPointF center(dotRadius + 2.0, dotRadius + 2.0);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(0, 0, 0, 60));
+    painter.setBrush(palette.dotShadow);
     painter.drawEllipse(center, dotRadius + 1.5, dotRadius + 1.5);
-    painter.setBrush(Qt::white);
+    painter.setBrush(palette.dotRing);
     painter.drawEllipse(center, dotRadius, dotRadius);
-    painter.setBrush(QColor(0x1a, 0x73, 0xe8));
+    painter.setBrush(palette.dot);
     painter.drawEllipse(center, dotRadius - 3.0, dotRadius - 3.0);
     return image;
 }
@@ -93,8 +93,8 @@ const QImage &MapViewNode::circleImage(int radiusPixels, double devicePixelRatio
     m_circle.fill(Qt::transparent);
     QPainter painter(&m_circle);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(QColor(0x1a, 0x73, 0xe8, 150), std::max(1.0, devicePixelRatio)));
-    painter.setBrush(QColor(0x1a, 0x73, 0xe8, 40));
+    painter.setPen(QPen(m_palette.accuracyStroke, std::max(1.0, devicePixelRatio)));
+    painter.setBrush(m_palette.accuracyFill);
     painter.drawEllipse(QPointF(size * 0.5, size * 0.5), radiusPixels, radiusPixels);
     return m_circle;
 }
@@ -114,10 +114,20 @@ void MapViewNode::setNightTint(const QColor &tint)
     m_nightTint = tint;
     // Every picture must be uploaded again in the new colours.
     dropTextures();
-    QImage sea(1, 1, QImage::Format_ARGB32_Premultiplied);
-    sea.fill(m_backgroundColor);
-    m_background->setColor(hasTint(tint) ? nightImage(sea, tint).pixelColor(0, 0)
-                                         : m_backgroundColor);
+}
+
+void MapViewNode::setPalette(const MapPalette &palette)
+{
+    if (palette == m_palette)
+        return;
+    m_palette = palette;
+    m_backgroundColor = palette.ocean;
+    m_background->setColor(m_backgroundColor);
+    // Drawn again on their next use; the old pictures' textures go with the frame.
+    m_pin = QImage();
+    m_dot = QImage();
+    m_circle = QImage();
+    m_circleRadius = 0;
 }
 
 QImage MapViewNode::nightImage(const QImage &image, const QColor &tint)
@@ -186,7 +196,7 @@ void MapViewNode::addImage(const QImage &image, const QRectF &target, const QRec
 void MapViewNode::addPin(QPointF at, double devicePixelRatio)
 {
     if (m_pin.isNull() || m_pin.width() != int(std::ceil(pinWidth * devicePixelRatio)))
-        m_pin = pinImage(devicePixelRatio);
+        m_pin = pinImage(devicePixelRatio, m_palette);
     addImage(m_pin, QRectF(at.x() - pinWidth * 0.5, at.y() - pinHeight, pinWidth, pinHeight),
              QRectF(QPointF(0, 0), m_pin.size()), false);
 }
@@ -195,9 +205,9 @@ void MapViewNode::addUserDot(QPointF at, double devicePixelRatio)
 {
     const double half = dotRadius + 2.0;
     if (m_dot.isNull() || m_dot.width() != int(std::ceil(2.0 * half * devicePixelRatio)))
-        m_dot = userDotImage(devicePixelRatio);
+        m_dot = userDotImage(devicePixelRatio, m_palette);
     addImage(m_dot, QRectF(at.x() - half, at.y() - half, 2.0 * half, 2.0 * half),
-             QRectF(QPointF(0, 0), m_dot.size()));
+             QRectF(QPointF(0, 0), m_dot.size()), false);
 }
 
 void MapViewNode::addAccuracyCircle(QPointF center, double radius, double devicePixelRatio)
@@ -208,7 +218,7 @@ void MapViewNode::addAccuracyCircle(QPointF center, double radius, double device
     const double scale = radius / pixels;
     const double half = (pixels + 2) * scale;
     addImage(image, QRectF(center.x() - half, center.y() - half, 2.0 * half, 2.0 * half),
-             QRectF(QPointF(0, 0), image.size()));
+             QRectF(QPointF(0, 0), image.size()), false);
 }
 
 void MapViewNode::endFrame()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MapPalette.h"
+
 #include <QColor>
 #include <QImage>
 #include <QPointF>
@@ -28,17 +30,21 @@ public:
     MapViewNode(const MapViewNode &) = delete;
     MapViewNode &operator=(const MapViewNode &) = delete;
 
-    static QImage pinImage(double devicePixelRatio);
-    static QImage userDotImage(double devicePixelRatio);
+    static QImage pinImage(double devicePixelRatio, const MapPalette &palette = MapPalette::day());
+    static QImage userDotImage(double devicePixelRatio,
+                               const MapPalette &palette = MapPalette::day());
 
-    // Night colours: the map drawn dark, its lines and labels light in this colour. A
-    // transparent tint draws the map as it is.
+    // The colours of the pin, the dot and the accuracy circle, and of the empty map.
+    void setPalette(const MapPalette &palette);
+
+    // Raster tiles drawn dark, their lines and labels light in this colour, for night eyes. A
+    // transparent tint draws them as they are.
     void setNightTint(const QColor &tint);
     // The picture with its lightness turned over and coloured by the tint.
     static QImage nightImage(const QImage &image, const QColor &tint);
 
     void beginFrame(const QRectF &bounds);
-    // Tiles and the location dot follow the night tint; the pin keeps its colour (filtered false).
+    // Pictures with filtered true (the base tiles) follow the night tint.
     void addImage(const QImage &image, const QRectF &target, const QRectF &source,
                   bool filtered = true);
     // The pin's needle tip and the dot's centre at `at`.
@@ -71,4 +77,5 @@ private:
     int m_circleRadius = 0;
     QColor m_nightTint{0, 0, 0, 0};
     QColor m_backgroundColor;
+    MapPalette m_palette = MapPalette::day();
 };

@@ -3,12 +3,13 @@
 #include "Basemap.h"
 #include "RenderedTileSource.h"
 
-std::unique_ptr<TileSource> createOfflineBasemapSource()
+std::unique_ptr<TileSource> createOfflineBasemapSource(const MapPalette &palette)
 {
     // Loaded once per process; a broken resource leaves the map to its background colour.
     return std::make_unique<RenderedTileSource>(
-        [basemap = Basemap::shared()](const TileKey &key, double devicePixelRatio) {
-            return basemap ? basemap->renderTile(key.rect(), key.zoomScale, devicePixelRatio)
+        [basemap = Basemap::shared(), palette](const TileKey &key, double devicePixelRatio) {
+            return basemap ? basemap->renderTile(key.rect(), key.zoomScale, devicePixelRatio,
+                                                 palette)
                            : QImage();
         });
 }

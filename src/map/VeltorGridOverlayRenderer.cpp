@@ -166,12 +166,13 @@ QPainterPath GridLabel::outline(MapPoint origin) const
     return path;
 }
 
-VeltorGridOverlayRenderer::VeltorGridOverlayRenderer(bool tablet) : m_fontSize(tablet ? 15.0 : 20.0)
+VeltorGridOverlayRenderer::VeltorGridOverlayRenderer(bool tablet, const MapPalette &palette)
+    : m_fontSize(tablet ? 15.0 : 20.0), m_palette(palette)
 {
-    m_stringAttributes.foregroundColor = QColor::fromRgbF(0.2f, 0.2f, 0.4f, 1.0f);
+    m_stringAttributes.foregroundColor = m_palette.labelText;
     m_stringAttributes.fontFamily = labelFontFamily();
     m_stringAttributes.fontWeight = QFont::Medium;
-    m_stringAttributes.plateColor = plateColor();
+    m_stringAttributes.plateColor = m_palette.labelPlate;
 }
 
 bool VeltorGridOverlayRenderer::canDrawMapRect(const MapRect &, double) const
@@ -181,17 +182,17 @@ bool VeltorGridOverlayRenderer::canDrawMapRect(const MapRect &, double) const
 
 QColor VeltorGridOverlayRenderer::haloColor()
 {
-    return QColor::fromRgbF(1.0f, 1.0f, 1.0f, 0.66f);
+    return MapPalette::day().gridHalo;
 }
 
 QColor VeltorGridOverlayRenderer::lineColor()
 {
-    return QColor::fromRgbF(0.0f, 0.0f, 0.5f, 0.5f);
+    return MapPalette::day().gridLine;
 }
 
 QColor VeltorGridOverlayRenderer::plateColor()
 {
-    return QColor::fromRgbF(1.0f, 1.0f, 1.0f, 0.75f);
+    return MapPalette::day().labelPlate;
 }
 
 GridLabelAttributes VeltorGridOverlayRenderer::labelAttributes(double zoomScale,
@@ -256,13 +257,13 @@ void VeltorGridOverlayRenderer::drawMapRect(const MapRect &rect, double zoomScal
         }
     };
 
-    const QColor halo = haloColor();
+    const QColor halo = m_palette.gridHalo;
     for (const double x : columns)
         fillBand({x - point, rect.y, 3.0 * point, rect.height}, halo);
     for (const double y : rows)
         fillBand({rect.x, y - point, rect.width, 3.0 * point}, halo);
 
-    const QColor line = lineColor();
+    const QColor line = m_palette.gridLine;
     for (const double x : columns)
         fillBand({x, rect.y, point, rect.height}, line);
     for (const double y : rows)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MapPalette.h"
 #include "MapProjection.h"
 #include "OverlayRenderer.h"
 #include "VeltorFormat.h"
@@ -94,7 +95,8 @@ private:
 class VeltorGridOverlayRenderer : public OverlayRenderer
 {
 public:
-    explicit VeltorGridOverlayRenderer(bool tablet = false);
+    explicit VeltorGridOverlayRenderer(bool tablet = false,
+                                       const MapPalette &palette = MapPalette::day());
 
     // The precision the map's tiles are labelled at; set only while off the map.
     void setPrecision(VeltorFormat precision) { m_precision = precision; }
@@ -144,6 +146,7 @@ public:
 private:
     GridLabelAttributes m_stringAttributes;
     double m_fontSize;
+    MapPalette m_palette;
     VeltorFormat m_precision = VeltorFormat::EightCharacters;
 
     mutable std::mutex m_cacheMutex;

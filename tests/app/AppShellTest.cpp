@@ -34,6 +34,8 @@ private slots:
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("appearance");
         QTest::newRow("root by day") << QStringList{} << "day";
+        // The map too: basemap, grid, labels and pin in the red palette.
+        QTest::newRow("root, red") << QStringList{} << "red";
         QTest::newRow("latitude keypad, red")
             << QStringList{QStringLiteral("--open"), QStringLiteral("latitude-keypad")} << "red";
         QTest::newRow("locator keypad, night, landscape")

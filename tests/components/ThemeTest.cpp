@@ -14,7 +14,7 @@ QList<QColor> everyColour(const Theme &theme)
     return {theme.windowColor(),     theme.surfaceColor(),   theme.textColor(),
             theme.captionColor(),    theme.tintColor(),      theme.keyFaceColor(),
             theme.dividerColor(),    theme.warningColor(),   theme.scrimColor(),
-            theme.mapControlColor(), theme.mapControlTextColor(), theme.mapNightTint()};
+            theme.mapControlColor(), theme.mapControlTextColor()};
 }
 
 TEST(ThemeTest, DayTextIsTheAppsGrey)

@@ -192,6 +192,40 @@ TEST_F(MapPanelControllerTest, ShareActionsUseThePointAsItIsThenUnclamped)
     EXPECT_EQ(MapPanelController::webMapUrl({-33.9, 18.4}).host(), QStringLiteral("www.openstreetmap.org"));
 }
 
+TEST_F(MapPanelControllerTest, TheMapDrawsInTheAppearancesPalette)
+{
+    // Red night: every colour the map draws with is black or red.
+    const MapPalette &red = MapPalette::red();
+    for (const QColor &c : {red.ocean, red.land, red.coastline, red.border, red.gridLine, red.gridHalo,
+                            red.labelText, red.labelPlate, red.pinHead, red.pinRim, red.pinNeedle,
+                            red.pinShine, red.dot, red.dotRing, red.dotShadow, red.accuracyStroke,
+                            red.accuracyFill, red.rasterTint}) {
+        EXPECT_EQ(c.green(), 0) << c.name().toStdString();
+        EXPECT_EQ(c.blue(), 0) << c.name().toStdString();
+    }
+    EXPECT_EQ(MapPalette::forAppearance(7), MapPalette::day());
+
+    const OverlayRenderer *dayGrid = map->overlays().front();
+    panel->setAppearance(2);
+    EXPECT_EQ(map->palette(), red);
+    ASSERT_EQ(map->overlays().size(), 1u);
+    EXPECT_NE(map->overlays().front(), dayGrid);
+    // A grid tile drawn now has no colour but red.
+    const QImage tile = const_cast<OverlayRenderer *>(map->overlays().front())
+                            ->renderTile(MapRect{41943040, 93323264, 1048576, 1048576}, 1.0 / 4096, 1.0);
+    int lit = 0;
+    for (int y = 0; y < tile.height(); ++y) {
+        for (int x = 0; x < tile.width(); ++x) {
+            const QRgb pixel = tile.pixel(x, y);
+            ASSERT_EQ(qGreen(pixel) | qBlue(pixel), 0) << x << "," << y;
+            lit += qRed(pixel) > 0;
+        }
+    }
+    EXPECT_GT(lit, 100);
+    panel->setAppearance(0);
+    EXPECT_EQ(map->palette(), MapPalette::day());
+}
+
 TEST_F(MapPanelControllerTest, TrackingButtonSaysWhatItDoes)
 {
     EXPECT_EQ(panel->trackingButtonImage(), QStringLiteral("ToolbarIconTrack"));
