@@ -14,6 +14,18 @@ FocusScope {
     Keys.onEscapePressed: page.backRequested()
     Keys.onBackPressed: page.backRequested()
 
+    // A swipe from the left edge goes back, as on a phone.
+    DragHandler {
+        id: swipe
+        target: null
+        xAxis.enabled: true
+        yAxis.enabled: false
+        onActiveChanged: {
+            if (!active && Theme.isBackSwipe(centroid.pressPosition.x, translation.x))
+                page.backRequested()
+        }
+    }
+
     ColumnLayout {
         anchors.fill: parent
         spacing: 0

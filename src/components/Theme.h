@@ -115,6 +115,8 @@ public:
     // its button (ANCHOR, in window coordinates) on a wide one.
     Q_INVOKABLE static QRectF actionSheetRect(const QSizeF &window, const QRectF &anchor,
                                               qreal contentHeight);
+    // A drag that began at the left edge goes back once it has come this far right.
+    Q_INVOKABLE static bool isBackSwipe(qreal startX, qreal travelX) { return startX < 24.0 && travelX > 80.0; }
     // Two panels side by side in a landscape window (GridLayout.LeftToRight), else stacked.
     Q_INVOKABLE static int panelFlow(qreal width, qreal height);
 

@@ -310,6 +310,56 @@ private slots:
         }
     }
 
+    // A picker goes back to the settings by a swipe from the left edge, by Escape and by Back.
+    void pickersGoBackEveryWay()
+    {
+        QTest::failOnWarning(QRegularExpression(QStringLiteral(".+")));
+        QQmlEngine engine;
+        prepare(engine);
+        QQuickWindow window;
+        window.resize(390, 844);
+        const std::unique_ptr<QQuickItem> root =
+            create(engine, QStringLiteral("SettingsScreen"), QStringLiteral("anchors.fill: parent"), 0);
+        QVERIFY(root);
+        root->setParentItem(window.contentItem());
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const auto shown = [&root](const char *type) {
+            for (QQuickItem *item : allItems(root.get())) {
+                if (QString::fromLatin1(item->metaObject()->className()).startsWith(QLatin1String(type)) &&
+                    item->isVisible())
+                    return item;
+            }
+            return static_cast<QQuickItem *>(nullptr);
+        };
+        const auto openPicker = [&] {
+            // The stack takes no input while a page slides.
+            QTest::qWait(600);
+            QQuickItem *row = shown("SettingsRow_QML");
+            QVERIFY(row);
+            QTest::mouseClick(&window, Qt::LeftButton, {},
+                              row->mapToScene(row->boundingRect().center()).toPoint());
+            QTRY_VERIFY(shown("VeltorFormatPickerScreen_QML"));
+        };
+
+        openPicker();
+        QTest::mousePress(&window, Qt::LeftButton, {}, QPoint(4, 400));
+        for (int x = 20; x <= 200; x += 30) {
+            QTest::mouseMove(&window, QPoint(x, 400), 10);
+        }
+        QTest::mouseRelease(&window, Qt::LeftButton, {}, QPoint(200, 400));
+        QTRY_VERIFY(!shown("VeltorFormatPickerScreen_QML"));
+
+        openPicker();
+        QTest::keyClick(&window, Qt::Key_Escape);
+        QTRY_VERIFY(!shown("VeltorFormatPickerScreen_QML"));
+
+        openPicker();
+        QTest::keyClick(&window, Qt::Key_Back);
+        QTRY_VERIFY(!shown("VeltorFormatPickerScreen_QML"));
+        QVERIFY(shown("SettingsRow_QML"));
+    }
+
     void keypadSpeaksTheUsersLanguage()
     {
         QTranslator german;
