@@ -95,7 +95,7 @@ bool RootViewController::isRegularWidth(qreal width, qreal height) const
 
 QRectF RootViewController::panelRect(qreal width, qreal height, qreal panelHeight) const
 {
-    constexpr qreal column = 360.0;
+    constexpr qreal column = 400.0;
     if (isRegularWidth(width, height))
         return {0.0, 0.0, std::min(column, width / 2), height};
     return {0.0, 0.0, width, std::min(panelHeight, height)};

@@ -61,7 +61,7 @@ public:
     // phone turned sideways (although its width may be less).
     Q_INVOKABLE bool isRegularWidth(qreal width, qreal height) const;
     // Where the coordinate panel, the divider and the map stand in an area of WIDTH × HEIGHT:
-    // side by side in regular width (the panel a column of at most 360 points), else the panel
+    // side by side in regular width (the panel a column of at most 400 points), else the panel
     // at the top at its own height. The divider is one device pixel across.
     Q_INVOKABLE QRectF panelRect(qreal width, qreal height, qreal panelHeight) const;
     Q_INVOKABLE QRectF dividerRect(qreal width, qreal height, qreal panelHeight,

@@ -173,7 +173,7 @@ TEST_F(SettingsScreensTest, RootLaysThePanelsOutByWidthAndIdiom)
             << c.what;
         EXPECT_DOUBLE_EQ(std::min(divider.width(), divider.height()), 0.5) << c.what;
         // Beside the map the panel is a column; above it, as wide as the window.
-        EXPECT_EQ(panel.width(), c.sideBySide ? std::min(360.0, w / 2) : w) << c.what;
+        EXPECT_EQ(panel.width(), c.sideBySide ? std::min(400.0, w / 2) : w) << c.what;
         EXPECT_GE(map.width() * map.height(), w * h / 3) << c.what;
     }
 }
