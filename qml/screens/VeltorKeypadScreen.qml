@@ -79,35 +79,10 @@ FocusScope {
             }
         }
 
-        Rectangle {
+        KeyGrid {
             Layout.fillWidth: true
             Layout.fillHeight: true
-            implicitHeight: keys.implicitHeight
-            implicitWidth: keys.implicitWidth
-            color: Theme.dividerColor
-            GridLayout {
-                id: keys
-                anchors.fill: parent
-                anchors.topMargin: screen.hairline
-                columns: 4
-                rowSpacing: screen.hairline
-                columnSpacing: screen.hairline
-                Repeater {
-                    model: controller.characterKeys
-                    KeypadButton {
-                        required property KeypadKey modelData
-                        Layout.row: modelData.row
-                        Layout.column: modelData.column
-                        Layout.fillWidth: true
-                        Layout.fillHeight: true
-                        title: modelData.title
-                        accessibilityTitle: modelData.accessibilityTitle
-                        maskImage: modelData.maskImage
-                        enabled: modelData.enabled
-                        onClicked: modelData.press()
-                    }
-                }
-            }
+            keys: controller.characterKeys
         }
     }
 }

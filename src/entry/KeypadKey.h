@@ -59,3 +59,24 @@ enum class KeypadCommand
     Cancel
 };
 std::optional<KeypadCommand> keypadCommandForKey(int key);
+
+// Carries out Backspace, Enter or Escape on a keypad's own actions; false for any other key.
+template <typename Keypad>
+bool runKeypadCommand(Keypad &keypad, int key)
+{
+    const std::optional<KeypadCommand> command = keypadCommandForKey(key);
+    if (!command)
+        return false;
+    switch (*command) {
+    case KeypadCommand::Delete:
+        keypad.deleteButtonTapped();
+        break;
+    case KeypadCommand::Done:
+        keypad.doneButtonTapped();
+        break;
+    case KeypadCommand::Cancel:
+        keypad.cancel();
+        break;
+    }
+    return true;
+}

@@ -285,20 +285,8 @@ void LatitudeLongitudeKeypadViewController::cancel()
 
 bool LatitudeLongitudeKeypadViewController::handleKey(int key, const QString &text)
 {
-    if (const auto command = keypadCommandForKey(key)) {
-        switch (*command) {
-        case KeypadCommand::Delete:
-            deleteButtonTapped();
-            break;
-        case KeypadCommand::Done:
-            doneButtonTapped();
-            break;
-        case KeypadCommand::Cancel:
-            cancel();
-            break;
-        }
+    if (runKeypadCommand(*this, key))
         return true;
-    }
     if (text.size() != 1)
         return false;
     const QChar c = text.at(0);

@@ -158,20 +158,8 @@ void VeltorKeypadViewController::cancel()
 
 bool VeltorKeypadViewController::handleKey(int key, const QString &text)
 {
-    if (const auto command = keypadCommandForKey(key)) {
-        switch (*command) {
-        case KeypadCommand::Delete:
-            deleteButtonTapped();
-            break;
-        case KeypadCommand::Done:
-            doneButtonTapped();
-            break;
-        case KeypadCommand::Cancel:
-            cancel();
-            break;
-        }
+    if (runKeypadCommand(*this, key))
         return true;
-    }
     if (text.size() != 1)
         return false;
     // Letters match the shown key in either case, as a user types "jn58TD" without thinking.

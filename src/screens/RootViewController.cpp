@@ -3,6 +3,7 @@
 #include "LocationTrackingSystem.h"
 #include "PreferencesSystem.h"
 #include "SettingsViewController.h"
+#include "Theme.h"
 #include "UserDefaults.h"
 
 #include <QTimer>
@@ -104,7 +105,7 @@ QRectF RootViewController::panelRect(qreal width, qreal height, qreal panelHeigh
 QRectF RootViewController::dividerRect(qreal width, qreal height, qreal panelHeight,
                                        qreal devicePixelRatio) const
 {
-    const qreal hairline = devicePixelRatio > 0.0 ? 1.0 / devicePixelRatio : 1.0;
+    const qreal hairline = Theme::hairline(devicePixelRatio);
     const QRectF panel = panelRect(width, height, panelHeight);
     if (isRegularWidth(width, height))
         return {panel.right(), 0.0, hairline, height};
