@@ -3,13 +3,14 @@ BUILD      ?= build
 ASAN_BUILD ?= build-asan
 TSAN_BUILD ?= build-tsan
 FUZZ_BUILD ?= build-fuzz
+COV_BUILD  ?= build-coverage
 JOBS       ?= $(shell nproc)
 ARGS       ?=
 CMAKE_ARGS ?=
 
 export QT_QUICK_BACKEND ?= software
 
-.PHONY: all deps configure build run test bench sanitize tsan fuzz format clean
+.PHONY: all deps configure build run test bench sanitize tsan coverage mutate fuzz format clean
 
 all: build
 
@@ -50,9 +51,27 @@ tsan: deps
 		-DVELTOR_SANITIZE=thread
 	cmake --build $(TSAN_BUILD) -j $(JOBS)
 	cd $(TSAN_BUILD) && QT_QPA_PLATFORM=offscreen TSAN_OPTIONS=halt_on_error=1 \
-		ctest --output-on-failure -j $(JOBS) -E app_shell_tests
-# app_shell_tests is left out: the app binary it starts runs Qt Quick's and the QML engine's
+		ctest --output-on-failure -j $(JOBS) -E 'app_shell_tests|e2e'
+# app_shell_tests and the end-to-end scenarios are left out: the app binary they start runs Qt Quick's and the QML engine's
 # own threads, whose uninstrumented hand-overs ThreadSanitizer reports without end.
+
+# Line and branch coverage of src/ by the whole suite; the HTML report is in $(COV_BUILD)/coverage/.
+coverage: deps
+	@bash scripts/install-deps.sh coverage
+	cmake -S . -B $(COV_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVELTOR_BUILD_BENCH=OFF \
+		-DVELTOR_COVERAGE=ON
+	cmake --build $(COV_BUILD) -j $(JOBS)
+	find $(COV_BUILD) -name '*.gcda' -delete
+	cd $(COV_BUILD) && QT_QPA_PLATFORM=offscreen ctest -j $(JOBS) -E qmllint
+	mkdir -p $(COV_BUILD)/coverage
+	gcovr --root . --object-directory $(COV_BUILD) --filter 'src/' --gcov-ignore-parse-errors \
+		--html-details $(COV_BUILD)/coverage/index.html \
+		--print-summary
+
+# Flips comparisons and operators in the core one at a time and reports which the suite catches.
+mutate: deps
+	cmake -S . -B $(COV_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVELTOR_BUILD_BENCH=OFF
+	python3 tools/mutate.py --build $(COV_BUILD)
 
 # libFuzzer targets (clang); run one with e.g. build-fuzz/tools/fuzz/fuzz-locator-decoder -max_total_time=60
 fuzz: deps

@@ -13,7 +13,11 @@ packages=(
     qml6-module-qtquick-layouts qml6-module-qtquick-window qml6-module-qttest
     libgl-dev libvulkan-dev libxkbcommon-dev fonts-dejavu-core
     libgtest-dev libgmock-dev libbenchmark-dev libhamlib-dev
+    # The end-to-end suite drives the real app through the accessibility bus on a virtual display.
+    xvfb xauth xclip dbus dbus-x11 at-spi2-core python3-pyatspi
 )
+# `install-deps.sh coverage` adds what `make coverage` needs.
+[[ "${1:-}" == coverage ]] && packages+=(gcovr)
 
 missing=()
 for package in "${packages[@]}"; do
