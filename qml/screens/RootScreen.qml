@@ -117,7 +117,17 @@ Page {
                     map: map
                     initialZoomLevel: screen.initialZoomLevel
                     tablet: screen.tablet
-                appearance: Theme.appearance
+                    appearance: Theme.appearance
+                }
+
+                // The map to a screen reader: a button that does what a long press does, at the
+                // centre. It takes no touches, so the map's own gestures are untouched.
+                Item {
+                    anchors.fill: parent
+                    Accessible.role: Accessible.Button
+                    Accessible.name: mapPanel.mapAccessibilityTitle
+                    Accessible.description: mapPanel.mapAccessibilityHint
+                    Accessible.onPressAction: mapPanel.placePointAtMapCentre()
                 }
 
                 Column {

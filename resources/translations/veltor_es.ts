@@ -293,5 +293,15 @@
         <extracomment>Action to cancel display of the share sheet</extracomment>
         <translation>Cancelar</translation>
     </message>
+    <message id="map.accessibility.title">
+        <source>Map</source>
+        <extracomment>Spoken name of the map</extracomment>
+        <translation>Mapa</translation>
+    </message>
+    <message id="map.accessibility.hint">
+        <source>Places the point at the centre of the map</source>
+        <extracomment>Spoken hint of the map: pressing it places the point where the map is centred</extracomment>
+        <translation>Coloca el punto en el centro del mapa</translation>
+    </message>
 </context>
 </TS>

@@ -227,6 +227,12 @@ void MapPanelController::mapLongPressed(Coordinate coordinate)
     m_state.setCoordinate(coordinate);
 }
 
+void MapPanelController::placePointAtMapCentre()
+{
+    if (m_map)
+        mapLongPressed(m_map->centerCoordinate());
+}
+
 void MapPanelController::copyLatitudeLongitude()
 {
     CoordinateFormatter formatter;
@@ -347,6 +353,20 @@ QString MapPanelController::trackingButtonImage() const
 {
     return m_tracking.tracking() ? QStringLiteral("ToolbarIconTracking")
                                  : QStringLiteral("ToolbarIconTrack");
+}
+
+QString MapPanelController::mapAccessibilityTitle()
+{
+    //: Spoken name of the map
+    //% "Map"
+    return qtTrId("map.accessibility.title");
+}
+
+QString MapPanelController::mapAccessibilityHint()
+{
+    //: Spoken hint of the map: pressing it places the point where the map is centred
+    //% "Places the point at the centre of the map"
+    return qtTrId("map.accessibility.hint");
 }
 
 QString MapPanelController::shareTitle()

@@ -49,6 +49,8 @@ class MapPanelController : public QObject, public QQmlParserStatus
     // "ToolbarIconTrack" or "ToolbarIconTracking", a glyph tinted like the button's text.
     Q_PROPERTY(QString trackingButtonImage READ trackingButtonImage NOTIFY trackingChanged)
     Q_PROPERTY(QString shareTitle READ shareTitle CONSTANT)
+    Q_PROPERTY(QString mapAccessibilityTitle READ mapAccessibilityTitle CONSTANT)
+    Q_PROPERTY(QString mapAccessibilityHint READ mapAccessibilityHint CONSTANT)
     Q_PROPERTY(QString copyLatitudeLongitudeTitle READ copyLatitudeLongitudeTitle CONSTANT)
     Q_PROPERTY(QString copyVeltorTitle READ copyVeltorTitle CONSTANT)
     Q_PROPERTY(QString showInMapsTitle READ showInMapsTitle CONSTANT)
@@ -86,6 +88,8 @@ public:
     QString trackingButtonAccessibilityHint() const;
     QString trackingButtonImage() const;
     static QString shareTitle();
+    static QString mapAccessibilityTitle();
+    static QString mapAccessibilityHint();
     static QString copyLatitudeLongitudeTitle();
     static QString copyVeltorTitle();
     static QString showInMapsTitle();
@@ -106,6 +110,9 @@ public:
     // A long press on the map: a typed point ends tracking, has no accuracy, and is stored as
     // pressed (the pin alone is kept inside ±85°).
     void mapLongPressed(Coordinate coordinate);
+    // What a screen reader's press on the map does, for those who cannot aim a long press: the
+    // same as a long press at the middle of the map.
+    Q_INVOKABLE void placePointAtMapCentre();
 
     // The URIs showInMaps() tries, in order.
     static QUrl geoUrl(Coordinate coordinate, const QString &label);

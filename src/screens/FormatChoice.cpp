@@ -13,10 +13,12 @@ void FormatChoice::select()
 
 void FormatChoice::set(const QString &text, const QString &accessibilityLabel, bool checked)
 {
-    if (text == m_text && accessibilityLabel == m_accessibilityLabel && checked == m_checked)
+    // A name that reads aloud as it is shown needs no spoken form of its own.
+    const QString &spoken = accessibilityLabel.isEmpty() ? text : accessibilityLabel;
+    if (text == m_text && spoken == m_accessibilityLabel && checked == m_checked)
         return;
     m_text = text;
-    m_accessibilityLabel = accessibilityLabel;
+    m_accessibilityLabel = spoken;
     m_checked = checked;
     emit changed();
 }
