@@ -2,7 +2,6 @@
 
 #include <QImage>
 #include <QProcess>
-#include <QSettings>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -12,250 +11,143 @@ class AppShellTest : public QObject
     Q_OBJECT
 
 private:
-    // Runs without --settings keep theirs here, away from the user's own.
+    // Runs keep their caches here, away from the user's own.
     QTemporaryDir m_home;
 
-    QProcess *start(const QStringList &arguments)
+    // What a screenshot must show: mostly light, or hardly anything bright; nothing but red and
+    // black; a light map with grid lines below the panel; the pin; the server's tiles; a light
+    // map without them.
+    enum Check { Light = 1, Dark = 2, RedOnly = 4, Map = 8, Pin = 16, Served = 32, Basemap = 64 };
+
+    // Without a display the app gets the X11 platform and no server to reach.
+    std::unique_ptr<QProcess> start(const QStringList &arguments, bool display = true)
     {
-        auto *process = new QProcess;
+        auto process = std::make_unique<QProcess>();
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home.path());
-        environment.insert(QStringLiteral("XDG_CACHE_HOME"), m_home.path());
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        for (const char *directory : {"XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR"})
+            environment.insert(QLatin1String(directory), m_home.path());
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"),
+                           display ? QStringLiteral("offscreen") : QStringLiteral("xcb"));
         environment.insert(QStringLiteral("QT_QUICK_BACKEND"), QStringLiteral("software"));
+        environment.remove(QStringLiteral("DISPLAY"));
+        environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
         process->setProcessEnvironment(environment);
         process->start(QStringLiteral(VELTOR_APP_PATH), arguments);
         return process;
     }
 
 private slots:
-    void screenshotOfAnyScreenInAnyAppearance_data()
+    void screenshot_data()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QString>("appearance");
-        QTest::newRow("root by day") << QStringList{} << "day";
-        // The map too: basemap, grid, labels and pin in the red palette.
-        QTest::newRow("root, red") << QStringList{} << "red";
-        QTest::newRow("latitude keypad, red")
-            << QStringList{QStringLiteral("--open"), QStringLiteral("latitude-keypad")} << "red";
-        QTest::newRow("locator keypad, night, landscape")
-            << QStringList{QStringLiteral("--open"), QStringLiteral("locator-keypad"),
-                           QStringLiteral("--size"), QStringLiteral("844x390")}
-            << "night";
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<QByteArray>("settings"); // the settings file; none when empty
+        QTest::addColumn<int>("tiles");           // the status of every tile served; 0: offline
+        QTest::addColumn<int>("checks");
+        const QByteArray corrupt("\x00\xff[General\nVeltorSavedLatitude=nan\n==\x01", 38);
+        const std::tuple<const char *, const char *, QByteArray, int, int> rows[] = {
+            // The map too: basemap, grid, labels and pin in the red palette.
+            {"root, red", "--appearance red", {}, 0, Dark | RedOnly},
+            {"settings by day", "--open settings --appearance day", {}, 0, Light},
+            {"latitude keypad, red", "--open latitude-keypad --appearance red", {}, 0,
+             Dark | RedOnly},
+            {"locator keypad, night, landscape",
+             "--open locator-keypad --size 844x390 --appearance night", {}, 0, Dark},
+            {"seattle, six-character cells", "--zoom 11 --size 390x844",
+             "VeltorSavedLatitude=47.620496\nVeltorSavedLongitude=-122.34927\n", 0, Map | Pin},
+            {"antimeridian, fields", "--zoom 3 --size 800x600",
+             "VeltorSavedLatitude=-17\nVeltorSavedLongitude=180\n", 0, Map | Pin},
+            {"squares, fractional zoom", "--zoom 7.5 --size 600x900",
+             "VeltorSavedLatitude=51.5\nVeltorSavedLongitude=-0.12\n", 0, Map | Pin},
+            // The pin stops at 85°, at the top edge of what the map can show.
+            {"north pole", "--zoom 2 --size 700x700",
+             "VeltorSavedLatitude=89.9\nVeltorSavedLongitude=30\n", 0, Map},
+            {"online tiles", "--zoom 6", {}, 200, Served},
+            // Not a blank map: the offline basemap stands in for every tile.
+            {"server says 404", "--zoom 6", {}, 404, Basemap},
+            // Unreadable settings read as those of a new installation: the root screen by day.
+            {"corrupt settings", "", corrupt, 0, Light | Map | Pin}};
+        for (const auto &[name, arguments, settings, tiles, checks] : rows)
+            QTest::newRow(name) << QString::fromLatin1(arguments) << settings << tiles << checks;
     }
 
-    void screenshotOfAnyScreenInAnyAppearance()
+    void screenshot()
     {
-        QFETCH(QStringList, arguments);
-        QFETCH(QString, appearance);
+        QFETCH(QString, arguments);
+        QFETCH(QByteArray, settings);
+        QFETCH(int, tiles);
+        QFETCH(int, checks);
         QTemporaryDir dir;
+        const QString ini = dir.filePath(QStringLiteral("veltor.ini"));
         const QString file = dir.filePath(QStringLiteral("shot.png"));
-        std::unique_ptr<QProcess> app(start(arguments + QStringList{QStringLiteral("--appearance"),
-                                                                    appearance,
-                                                                    QStringLiteral("--screenshot"), file}));
-        QVERIFY(app->waitForFinished(30000));
+        QFile store(ini);
+        QVERIFY(settings.isEmpty() || (store.open(QIODevice::WriteOnly) && store.write(settings)));
+        store.close();
+        const QColor served(0xa0, 0x30, 0xc0);
+        LocalTileServer server;
+        server.setFallback(tiles == 200 ? LocalTileServer::tile({256, 256}, served)
+                                        : LocalTileServer::status(tiles));
+        QStringList options = arguments.split(u' ', Qt::SkipEmptyParts);
+        options << QStringLiteral("--settings") << ini << QStringLiteral("--screenshot") << file;
+        if (tiles)
+            options << QStringLiteral("--tiles") << server.urlTemplate();
+        const auto app = start(options);
+        // The server answers from this process's event loop while the app runs.
+        QTRY_VERIFY_WITH_TIMEOUT(app->state() == QProcess::NotRunning, 30000);
         QCOMPARE(app->exitCode(), 0);
+        // Not a single warning from the app's QML.
+        const QByteArray warnings = app->readAllStandardError();
+        QVERIFY2(!warnings.contains(".qml"), warnings.constData());
+        QCOMPARE(server.requests().isEmpty(), tiles == 0);
+        // A missing image fails every row's checks below.
         const QImage image = QImage(file).convertToFormat(QImage::Format_RGB32);
-        QVERIFY(!image.isNull());
-        int bright = 0;
-        int notRed = 0;
-        int pixels = 0;
-        for (int y = 0; y < image.height(); y += 2) {
-            for (int x = 0; x < image.width(); x += 2) {
-                const QRgb pixel = image.pixel(x, y);
-                bright += qGray(pixel) > 200;
-                notRed += qGreen(pixel) > 0x20 || qBlue(pixel) > 0x20;
-                ++pixels;
-            }
-        }
-        // Day is mostly light; night mostly dark; red has nothing but red and black.
-        if (appearance == QLatin1String("day"))
-            QVERIFY2(bright > pixels / 3, qPrintable(QString::number(bright)));
-        else
-            QVERIFY2(bright < pixels / 50, qPrintable(QString::number(bright)));
-        if (appearance == QLatin1String("red"))
-            QCOMPARE(notRed, 0);
-    }
-
-    void mapScreenshotAtAnyPlaceSizeAndZoom_data()
-    {
-        QTest::addColumn<double>("latitude");
-        QTest::addColumn<double>("longitude");
-        QTest::addColumn<QString>("zoom");
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<bool>("pinInView");
-        QTest::newRow("seattle, six-character cells") << 47.620496 << -122.34927 << "11" << QSize(390, 844) << true;
-        QTest::newRow("antimeridian, fields") << -17.0 << 180.0 << "3" << QSize(800, 600) << true;
-        QTest::newRow("squares, fractional zoom") << 51.5 << -0.12 << "7.5" << QSize(600, 900) << true;
-        // The pin stops at 85°, at the top edge of what the map can show.
-        QTest::newRow("north pole") << 89.9 << 30.0 << "2" << QSize(700, 700) << false;
-    }
-
-    void mapScreenshotAtAnyPlaceSizeAndZoom()
-    {
-        QFETCH(double, latitude);
-        QFETCH(double, longitude);
-        QFETCH(QString, zoom);
-        QFETCH(QSize, size);
-        QFETCH(bool, pinInView);
-        QTemporaryDir dir;
-        const QString settings = dir.filePath(QStringLiteral("veltor.ini"));
-        {
-            QSettings store(settings, QSettings::IniFormat);
-            store.setValue(QStringLiteral("VeltorSavedLatitude"), latitude);
-            store.setValue(QStringLiteral("VeltorSavedLongitude"), longitude);
-        }
-        const QString file = dir.filePath(QStringLiteral("map.png"));
-        std::unique_ptr<QProcess> app(start({QStringLiteral("--settings"), settings,
-                                             QStringLiteral("--zoom"), zoom, QStringLiteral("--size"),
-                                             QStringLiteral("%1x%2").arg(size.width()).arg(size.height()),
-                                             QStringLiteral("--screenshot"), file}));
-        QVERIFY(app->waitForFinished(30000));
-        QCOMPARE(app->exitCode(), 0);
-        const QImage image = QImage(file).convertToFormat(QImage::Format_RGB32);
-        QCOMPARE(image.size() / image.devicePixelRatio(), size);
-        // The lower half is map: the pin's red head, and the navy grid lines over a light map.
-        int red = 0;
-        int light = 0;
-        int lines = 0;
-        for (int y = image.height() / 3; y < image.height(); ++y) {
+        const QString size = QStringLiteral("--size %1x%2").arg(image.width()).arg(image.height());
+        QVERIFY2(!arguments.contains(u"--size") || arguments.contains(size), qPrintable(size));
+        int bright = 0, notRed = 0, red = 0, light = 0, lines = 0, fromServer = 0;
+        for (int y = 0; y < image.height(); ++y) {
             for (int x = 0; x < image.width(); ++x) {
                 const QColor c = image.pixelColor(x, y);
+                bright += qGray(c.rgb()) > 200;
+                notRed += c.green() > 0x20 || c.blue() > 0x20;
+                // The lower part is map: the pin's red head, and navy grid lines over a light map.
+                if (y < image.height() / 3)
+                    continue;
                 red += c.red() > 190 && c.green() < 70 && c.blue() < 70;
                 light += qGray(c.rgb()) > 150;
                 lines += c.blue() > c.red() + 40 && c.blue() > c.green() + 20 && c.blue() < 200;
+                fromServer += c == served;
             }
         }
-        QVERIFY2(light > image.width() * image.height() / 4, qPrintable(QString::number(light)));
-        QVERIFY2(lines > image.width(), qPrintable(QString::number(lines)));
-        if (pinInView)
-            QVERIFY2(red > 100, qPrintable(QString::number(red)));
+        const int area = image.width() * image.height();
+        // Day is mostly light; night mostly dark; red has nothing but red and black.
+        const std::pair<int, bool> results[] = {
+            {Light, bright > area / 3}, {Dark, bright < area / 50}, {RedOnly, notRed == 0},
+            {Map | Basemap, light > area / 4}, {Map, lines > image.width()}, {Pin, red > 100},
+            {Served, fromServer > area / 10}, {Basemap, fromServer == 0}};
+        const QString counts =
+            QString::asprintf("bright %d, not red %d, red %d, light %d, lines %d, served %d",
+                              bright, notRed, red, light, lines, fromServer);
+        for (const auto &[check, passed] : results)
+            QVERIFY2(!(checks & check) || passed, qPrintable(counts));
     }
 
     // The command line is read before any display is touched: help, version and usage errors
     // answer on a machine without one.
-    void commandLineAnswersWithoutADisplay_data()
+    void commandLineExitCodes()
     {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QByteArray>("output");
-        QTest::newRow("help") << QStringList{QStringLiteral("--help")} << 0 << QByteArray("--appearance");
-        QTest::newRow("version") << QStringList{QStringLiteral("--version")} << 0
-                                 << QByteArray("veltor " VELTOR_VERSION);
-        QTest::newRow("bad zoom") << QStringList{QStringLiteral("--zoom"), QStringLiteral("23")} << 2
-                                  << QByteArray("--zoom 23");
-    }
-
-    void commandLineAnswersWithoutADisplay()
-    {
-        QFETCH(QStringList, arguments);
-        QFETCH(int, exitCode);
-        QFETCH(QByteArray, output);
-        QProcess app;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-        environment.remove(QStringLiteral("DISPLAY"));
-        environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
-        app.setProcessEnvironment(environment);
-        app.start(QStringLiteral(VELTOR_APP_PATH), arguments);
-        QVERIFY(app.waitForFinished(30000));
-        QCOMPARE(app.exitStatus(), QProcess::NormalExit);
-        QCOMPARE(app.exitCode(), exitCode);
-        QVERIFY((exitCode == 0 ? app.readAllStandardOutput() : app.readAllStandardError()).contains(output));
-    }
-
-    void onlineTilesWithTheBasemapWhereTheServerFails_data()
-    {
-        QTest::addColumn<bool>("serverHasTiles");
-        QTest::newRow("server answers") << true;
-        QTest::newRow("server says 404") << false;
-    }
-
-    void onlineTilesWithTheBasemapWhereTheServerFails()
-    {
-        QFETCH(bool, serverHasTiles);
-        const QColor served(0xa0, 0x30, 0xc0);
-        LocalTileServer server;
-        QVERIFY(server.isListening());
-        server.setFallback(serverHasTiles ? LocalTileServer::tile({256, 256}, served)
-                                          : LocalTileServer::status(404));
-        QTemporaryDir dir;
-        const QString file = dir.filePath(QStringLiteral("online.png"));
-        std::unique_ptr<QProcess> app(start({QStringLiteral("--settings"),
-                                             dir.filePath(QStringLiteral("veltor.ini")),
-                                             QStringLiteral("--tiles"), server.urlTemplate(),
-                                             QStringLiteral("--zoom"), QStringLiteral("6"),
-                                             QStringLiteral("--screenshot"), file}));
-        // The server answers from this process's event loop while the app runs.
-        QTRY_VERIFY_WITH_TIMEOUT(app->state() == QProcess::NotRunning, 30000);
-        QCOMPARE(app->exitCode(), 0);
-        QVERIFY(!server.requests().isEmpty());
-        for (const LocalTileServer::Request &request : server.requests())
-            QCOMPARE(request.headers.value("user-agent"), QByteArray("Veltor/" VELTOR_VERSION));
-        const QImage image = QImage(file).convertToFormat(QImage::Format_RGB32);
-        int fromServer = 0;
-        int light = 0;
-        for (int y = image.height() / 3; y < image.height(); y += 2) {
-            for (int x = 0; x < image.width(); x += 2) {
-                const QColor c = image.pixelColor(x, y);
-                fromServer += c == served;
-                light += qGray(c.rgb()) > 150;
-            }
+        const std::tuple<const char *, bool, int, QByteArray> runs[] = {
+            // Arguments, whether there is a display, exit code, a text on stdout (0) or stderr.
+            {"--help", false, 0, "--appearance"}, {"--version", false, 0, "veltor " VELTOR_VERSION},
+            {"--zoom 23", false, 2, "--zoom 23"},
+            {"--screenshot /nonexistent/dir/shot.png", true, 1, "cannot write the screenshot"}};
+        for (const auto &[arguments, display, exitCode, output] : runs) {
+            const auto app = start(QString::fromLatin1(arguments).split(u' '), display);
+            QVERIFY2(app->waitForFinished(30000), arguments);
+            QCOMPARE(app->exitStatus(), QProcess::NormalExit);
+            QCOMPARE(app->exitCode(), exitCode);
+            const QByteArray text =
+                exitCode ? app->readAllStandardError() : app->readAllStandardOutput();
+            QVERIFY2(text.contains(output), text.constData());
         }
-        if (serverHasTiles) {
-            QVERIFY2(fromServer > image.width() * image.height() / 40, qPrintable(QString::number(fromServer)));
-        } else {
-            // Not a blank map: the offline basemap stands in for every tile.
-            QCOMPARE(fromServer, 0);
-            QVERIFY2(light > image.width() * image.height() / 16, qPrintable(QString::number(light)));
-        }
-    }
-
-    void unwritableScreenshotFails()
-    {
-        std::unique_ptr<QProcess> app(
-            start({QStringLiteral("--screenshot"), QStringLiteral("/nonexistent/dir/shot.png")}));
-        QVERIFY(app->waitForFinished(30000));
-        QCOMPARE(app->exitCode(), 1);
-        QVERIFY(app->readAllStandardError().contains("cannot write the screenshot"));
-    }
-
-    void corruptSettingsStillStart()
-    {
-        QTemporaryDir dir;
-        const QString settings = dir.filePath(QStringLiteral("veltor.ini"));
-        QFile file(settings);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        static const char corrupt[] = "\x00\xff[General\nVeltorSavedLatitude=nan\n==\x01";
-        file.write(corrupt, sizeof corrupt - 1);
-        file.close();
-        std::unique_ptr<QProcess> app(start({QStringLiteral("--settings"), settings,
-                                             QStringLiteral("--screenshot"),
-                                             dir.filePath(QStringLiteral("shot.png"))}));
-        QVERIFY(app->waitForFinished(30000));
-        QCOMPARE(app->exitCode(), 0);
-    }
-
-    // A replayed log moves the point, every fix is written through at once, and SIGTERM
-    // closes the app as its window would.
-    void trackedPointPersistsAndSigtermQuits()
-    {
-        QTemporaryDir dir;
-        const QString settings = dir.filePath(QStringLiteral("veltor.ini"));
-        std::unique_ptr<QProcess> app(
-            start({QStringLiteral("--settings"), settings, QStringLiteral("--gps"),
-                   QStringLiteral(VELTOR_TEST_DATA_DIR "/nmea/greenwich-walk.nmea"),
-                   QStringLiteral("--track")}));
-        QVERIFY(app->waitForStarted());
-        QTRY_VERIFY_WITH_TIMEOUT(QSettings(settings, QSettings::IniFormat)
-                                         .value(QStringLiteral("VeltorSavedLatitude"))
-                                         .toString()
-                                         .startsWith(QStringLiteral("51.47")),
-                                 15000);
-        app->terminate();
-        QVERIFY(app->waitForFinished(10000));
-        QCOMPARE(app->exitStatus(), QProcess::NormalExit);
-        QCOMPARE(app->exitCode(), 0);
     }
 };
 

@@ -1,5 +1,5 @@
-#include "FakeTileSource.h"
 #include "MapTileLayer.h"
+#include "FakeTileSource.h"
 
 #include <QSignalSpy>
 
@@ -13,252 +13,204 @@
 namespace {
 
 constexpr double W = mapWorldWidth;
-constexpr qint64 bigCache = qint64(256) << 20;
+constexpr double middle = W / 2;
 
-// A view of w × h screen points centred on a map point.
-MapRect view(double centerX, double centerY, double zoomScale, double w = 390, double h = 844)
-{
-    return {centerX - w / zoomScale / 2, centerY - h / zoomScale / 2, w / zoomScale, h / zoomScale};
-}
-
+// A layer over a fake source the test answers.
 struct Fixture
 {
-    explicit Fixture(bool opaque = true, bool wholeLevels = false, qint64 cacheBytes = bigCache)
+    explicit Fixture(bool opaque = true, bool wholeLevels = false,
+                     qint64 cacheBytes = qint64(256) << 20)
     {
         auto owned = std::make_unique<FakeTileSource>(wholeLevels);
         source = owned.get();
         layer = std::make_unique<MapTileLayer>(std::move(owned), opaque, cacheBytes);
     }
+
+    // Shows a view of 390 × 844 screen points centred on a map point, at a zoom level (the
+    // zoom scale's log2), settled unless told otherwise.
+    MapRect show(double x, double y, double level, double ratio = 1.0, bool exact = true)
+    {
+        const double z = std::exp2(level);
+        const MapRect visible{x - 195 / z, y - 422 / z, 390 / z, 844 / z};
+        layer->update(visible, z, ratio, exact);
+        return visible;
+    }
+
+    std::set<double> drawnScales() const
+    {
+        std::set<double> scales;
+        for (const TileDraw &draw : layer->drawList())
+            scales.insert(draw.key.zoomScale);
+        return scales;
+    }
+
     FakeTileSource *source;
     std::unique_ptr<MapTileLayer> layer;
 };
 
-std::set<std::pair<std::int64_t, std::int64_t>> cells(const std::vector<TileKey> &keys)
+using Cells = std::set<std::pair<std::int64_t, std::int64_t>>;
+
+Cells cells(const std::vector<TileKey> &keys)
 {
-    std::set<std::pair<std::int64_t, std::int64_t>> result;
+    Cells result;
     for (const TileKey &key : keys)
         result.insert({key.column, key.row});
     return result;
 }
 
-// Union of the draw targets' area, in square map points.
-double coveredArea(const std::vector<TileDraw> &draws)
-{
-    double area = 0.0;
-    for (const TileDraw &draw : draws)
-        area += draw.target.width * draw.target.height;
-    return area;
-}
-
 // ---- which tiles a view needs ------------------------------------------------------------------
 
-struct ScaleCase
+TEST(MapTileLayer, TilesAreDrawnAtWholeLevelsWhileMovingAndExactlyOnceSettled)
 {
-    const char *name;
-    double zoomScale;
-    bool exact;
-    bool wholeLevels;
-    double devicePixelRatio;
-    double expectedTileScale;
-};
-
-class TileScale : public ::testing::TestWithParam<ScaleCase>
-{
-};
-
-TEST_P(TileScale, TilesAreDrawnAtWholeLevelsWhileMovingAndExactlyOnceSettled)
-{
-    const ScaleCase &c = GetParam();
-    Fixture f(true, c.wholeLevels);
-    f.layer->update(view(W / 2, W / 2, c.zoomScale), c.zoomScale, c.devicePixelRatio, c.exact);
-    EXPECT_DOUBLE_EQ(f.layer->tileScale(), c.expectedTileScale);
-    ASSERT_FALSE(f.source->requests.empty());
-    for (const TileKey &key : f.source->requests)
-        EXPECT_DOUBLE_EQ(key.zoomScale, c.expectedTileScale);
+    struct Case
+    {
+        const char *name;
+        double level;
+        bool exact, wholeLevels;
+        double devicePixelRatio, tileLevel;
+    };
+    for (const Case &c : {Case{"settled fraction", -8.3, true, false, 1, -8.3},
+                          Case{"moving rounds down", -8.3, false, false, 1, -8},
+                          Case{"moving rounds up", -8.7, false, false, 1, -9},
+                          Case{"moving whole level", -5, false, false, 2, -5},
+                          // A raster server at twice the pixels: one level finer.
+                          Case{"raster at ratio 2", -8, true, true, 2, -7},
+                          Case{"raster rounds", -8.4, true, true, 1, -8},
+                          // Servers stop at level 19; beyond, it is scaled up.
+                          Case{"raster capped", 2, true, true, 1, -1}}) {
+        SCOPED_TRACE(c.name);
+        Fixture f(true, c.wholeLevels);
+        f.show(middle, middle, c.level, c.devicePixelRatio, c.exact);
+        EXPECT_DOUBLE_EQ(f.layer->tileScale(), std::exp2(c.tileLevel));
+        ASSERT_FALSE(f.source->requests.empty());
+        for (const TileKey &key : f.source->requests)
+            EXPECT_DOUBLE_EQ(key.zoomScale, std::exp2(c.tileLevel));
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    MapTileLayer, TileScale,
-    ::testing::Values(
-        ScaleCase{"SettledFraction", std::exp2(-8.3), true, false, 1.0, std::exp2(-8.3)},
-        ScaleCase{"MovingRoundsDown", std::exp2(-8.3), false, false, 1.0, std::exp2(-8.0)},
-        ScaleCase{"MovingRoundsUp", std::exp2(-8.7), false, false, 1.0, std::exp2(-9.0)},
-        ScaleCase{"MovingWholeLevel", std::exp2(-5.0), false, false, 2.0, std::exp2(-5.0)},
-        // A raster server at twice the pixels: one level finer than the view's scale.
-        ScaleCase{"RasterAtRatio2", std::exp2(-8.0), true, true, 2.0, std::exp2(-7.0)},
-        ScaleCase{"RasterRounds", std::exp2(-8.4), true, true, 1.0, std::exp2(-8.0)},
-        // Servers stop at level 19; the last level is scaled up beyond.
-        ScaleCase{"RasterCapped", 4.0, true, true, 1.0, std::exp2(-1.0)}),
-    [](const auto &info) { return std::string(info.param.name); });
-
-TEST(MapTileLayer, RequestsExactlyTheTilesThatMeetTheView)
+TEST(MapTileLayer, RequestsExactlyTheTilesThatMeetTheViewOnceAndDrawsThemWhereTheyBelong)
 {
     Fixture f;
+    QSignalSpy completed(f.layer.get(), &MapTileLayer::completed);
+    QSignalSpy changed(f.layer.get(), &MapTileLayer::changed);
     const double z = std::exp2(-8.0); // tiles of 65536 map points
     const MapRect visible{3.5 * 65536, 10.25 * 65536, 2.0 * 65536, 3.0 * 65536};
     f.layer->update(visible, z, 1.0, true);
-    std::set<std::pair<std::int64_t, std::int64_t>> expected;
+    Cells expected;
     for (std::int64_t column = 3; column <= 5; ++column)
         for (std::int64_t row = 10; row <= 13; ++row)
             expected.insert({column, row});
     EXPECT_EQ(cells(f.source->requests), expected);
     EXPECT_EQ(f.layer->pendingCount(), 12);
     EXPECT_FALSE(f.layer->isComplete());
-}
-
-TEST(MapTileLayer, AskingAgainForPendingTilesRequestsNothingNew)
-{
-    Fixture f;
-    const double z = std::exp2(-8.0);
-    f.layer->update(view(W / 2, W / 2, z), z, 1.0, true);
-    const auto first = f.source->requests.size();
-    f.layer->update(view(W / 2, W / 2, z), z, 1.0, true);
-    EXPECT_EQ(f.source->requests.size(), first);
-}
-
-TEST(MapTileLayer, DeliveredTilesAreDrawnWhereTheyBelongAndCompleteTheView)
-{
-    Fixture f;
-    QSignalSpy completed(f.layer.get(), &MapTileLayer::completed);
-    QSignalSpy changed(f.layer.get(), &MapTileLayer::changed);
-    const double z = std::exp2(-8.0);
-    const MapRect visible = view(W / 2 + 1234.5, W / 2 - 777.0, z);
+    // Asking again for pending tiles requests nothing new.
     f.layer->update(visible, z, 1.0, true);
-    const auto requested = f.source->requests.size();
+    EXPECT_EQ(f.source->requests.size(), 12u);
+
     f.source->deliverAll();
     EXPECT_TRUE(f.layer->isComplete());
     EXPECT_EQ(completed.count(), 1);
-    EXPECT_EQ(std::size_t(changed.count()), requested);
-    ASSERT_EQ(f.layer->drawList().size(), requested);
+    EXPECT_EQ(changed.count(), 12);
+    std::vector<TileKey> drawn;
     for (const TileDraw &draw : f.layer->drawList()) {
+        drawn.push_back(draw.key);
         EXPECT_EQ(draw.target, draw.key.rect());
         EXPECT_EQ(draw.source, QRectF(0, 0, 256, 256));
     }
-    // The drawn tiles cover the view.
-    const MapRect first = f.layer->drawList().front().target;
-    double minX = first.x, minY = first.y, maxX = first.maxX(), maxY = first.maxY();
-    for (const TileDraw &draw : f.layer->drawList()) {
-        minX = std::min(minX, draw.target.x);
-        minY = std::min(minY, draw.target.y);
-        maxX = std::max(maxX, draw.target.maxX());
-        maxY = std::max(maxY, draw.target.maxY());
-    }
-    EXPECT_LE(minX, visible.x);
-    EXPECT_LE(minY, visible.y);
-    EXPECT_GE(maxX, visible.maxX());
-    EXPECT_GE(maxY, visible.maxY());
+    EXPECT_EQ(drawn.size(), 12u);
+    EXPECT_EQ(cells(drawn), expected);
 }
 
-TEST(MapTileLayer, TilesThatLeaveTheViewAreCancelled)
-{
-    Fixture f;
-    const double z = std::exp2(-8.0);
-    f.layer->update(view(W / 2, W / 2, z), z, 1.0, true);
-    const auto before = f.source->requests;
-    // Far away: nothing of the first view is needed any more.
-    f.layer->update(view(W / 8, W / 8, z), z, 1.0, true);
-    EXPECT_EQ(cells(f.source->cancels), cells(before));
-    EXPECT_EQ(f.layer->pendingCount(), int(f.source->pending.size()));
-}
-
-TEST(MapTileLayer, ALateTileForACancelledRequestIsKeptButNotAnnounced)
+TEST(MapTileLayer, TilesThatLeaveTheViewAreCancelledAndALateOneIsNotAnnounced)
 {
     Fixture f;
     QSignalSpy changed(f.layer.get(), &MapTileLayer::changed);
-    const double z = std::exp2(-8.0);
-    f.layer->update(view(W / 2, W / 2, z), z, 1.0, true);
-    const TileKey old = f.source->requests.front();
-    f.layer->update(view(W / 8, W / 8, z), z, 1.0, true);
-    f.source->deliver(old);
+    f.show(middle, middle, -8.0);
+    const auto before = f.source->requests;
+    // Far away: nothing of the first view is needed any more.
+    f.show(W / 8, W / 8, -8.0);
+    EXPECT_EQ(cells(f.source->cancels), cells(before));
+    EXPECT_EQ(f.layer->pendingCount(), int(f.source->pending.size()));
+    f.source->deliver(before.front());
     EXPECT_EQ(changed.count(), 0);
 }
 
-// ---- the antimeridian ----------------------------------------------------------------------------
+// ---- the edges of the world ---------------------------------------------------------------------
 
 TEST(MapTileLayer, AViewAcrossTheAntimeridianDrawsTheSameTilesInBothWorldCopies)
 {
     Fixture f;
-    const double z = std::exp2(-12.0); // the world is 256 tiles of 2^20 map points
-    const MapRect visible = view(W, W / 2, z); // centred on 180°
-    f.layer->update(visible, z, 1.0, true);
+    // The world is 256 tiles of 2^20 map points; the view is centred on 180°.
+    const MapRect visible = f.show(W, middle, -12.0);
     const auto columns = cells(f.source->requests);
     EXPECT_TRUE(columns.contains({0, 127}));
     EXPECT_TRUE(columns.contains({255, 127}));
     f.source->deliverAll();
-    bool east = false;
-    bool west = false;
+    // Column 0 lies east of the line, in the second copy of the world: both meet at W.
+    std::set<std::pair<std::int64_t, double>> edges;
     for (const TileDraw &draw : f.layer->drawList()) {
-        // Column 0 lies east of the line, in the second copy of the world.
-        if (draw.key.column == 0) {
-            EXPECT_DOUBLE_EQ(draw.target.x, W);
-            east = true;
-        }
-        if (draw.key.column == 255) {
-            EXPECT_DOUBLE_EQ(draw.target.maxX(), W);
-            west = true;
-        }
+        if (draw.key.column == 0 || draw.key.column == 255)
+            edges.insert({draw.key.column, draw.key.column ? draw.target.maxX() : draw.target.x});
         EXPECT_TRUE(draw.target.intersects(visible));
     }
-    EXPECT_TRUE(east && west);
+    EXPECT_EQ(edges, (std::set<std::pair<std::int64_t, double>>{{0, W}, {255, W}}));
 }
 
 TEST(MapTileLayer, AtAFractionalScaleTheLastColumnIsCutAtTheWorldsEdge)
 {
     Fixture f;
-    const double z = std::exp2(-12.5);
-    const double tile = 256.0 / z;
+    const double tile = 256.0 / std::exp2(-12.5);
     const auto lastColumn = std::int64_t(std::ceil(W / tile)) - 1;
-    f.layer->update(view(W - 100.0, W / 2, z), z, 1.0, true);
+    f.show(W - 100.0, middle, -12.5);
     f.source->deliverAll();
-    bool seen = false;
+    int seen = 0;
     for (const TileDraw &draw : f.layer->drawList()) {
         if (draw.key.column != lastColumn)
             continue;
-        seen = true;
+        ++seen;
         const double inside = W - double(lastColumn) * tile;
         EXPECT_NEAR(draw.target.width, inside, 1e-6);
         EXPECT_NEAR(draw.source.width(), inside * 256.0 / tile, 1e-6);
     }
-    EXPECT_TRUE(seen);
+    EXPECT_GT(seen, 0);
 }
 
 TEST(MapTileLayer, NothingIsRequestedAboveOrBelowTheWorld)
 {
     Fixture f;
-    const double z = std::exp2(-10.0);
-    const MapRect visible{W / 2, -2.0 * 256 / z, 390 / z, 844 / z};
-    f.layer->update(visible, z, 1.0, true);
+    const double tile = 256 / std::exp2(-10.0);
+    f.show(middle, 0.0, -10.0);
+    f.show(middle, W, -10.0);
     ASSERT_FALSE(f.source->requests.empty());
-    for (const TileKey &key : f.source->requests)
+    for (const TileKey &key : f.source->requests) {
         EXPECT_GE(key.row, 0);
-    const double below = W - 256 / z;
-    f.layer->update({W / 2, below, 390 / z, 844 / z}, z, 1.0, true);
-    for (const TileKey &key : f.source->requests)
-        EXPECT_LT(key.row, std::int64_t(W / (256 / z)));
+        EXPECT_LT(key.row, std::int64_t(W / tile));
+    }
 }
 
-// ---- stand-ins while tiles are pending -----------------------------------------------------------
+// ---- stand-ins while tiles are pending ----------------------------------------------------------
 
 TEST(MapTileLayer, AMissingTileIsCoveredByCachedTilesOfOtherScalesClippedToIt)
 {
-    Fixture f(true);
-    const double coarse = std::exp2(-9.0);
-    const double fine = std::exp2(-8.0);
-    f.layer->update(view(W / 2 + 5000, W / 2 + 3000, coarse), coarse, 1.0, true);
+    Fixture f;
+    const double x = middle + 5000, y = middle + 3000;
+    f.show(x, y, -9.0);
     f.source->deliverAll(Qt::blue);
-    f.layer->update(view(W / 2 + 5000, W / 2 + 3000, fine), fine, 1.0, true);
+    f.show(x, y, -8.0);
     ASSERT_FALSE(f.layer->isComplete());
     const auto &draws = f.layer->drawList();
     ASSERT_FALSE(draws.empty());
+    const double fineTile = 256.0 / std::exp2(-8.0);
+    double area = 0.0;
     for (const TileDraw &draw : draws) {
-        EXPECT_DOUBLE_EQ(draw.key.zoomScale, coarse);
+        EXPECT_DOUBLE_EQ(draw.key.zoomScale, std::exp2(-9.0));
         // Half a coarse tile covers one fine tile: 128 of its 256 pixels each way.
         EXPECT_DOUBLE_EQ(draw.source.width(), 128.0);
-        EXPECT_DOUBLE_EQ(draw.target.width, 256.0 / fine);
+        EXPECT_DOUBLE_EQ(draw.target.width, fineTile);
+        area += draw.target.width * draw.target.height;
     }
     // Each stand-in covers exactly one missing tile, so together they cover the pending tiles.
-    EXPECT_DOUBLE_EQ(coveredArea(draws),
-                     double(f.source->pending.size()) * std::pow(256.0 / fine, 2));
+    EXPECT_DOUBLE_EQ(area, double(f.source->pending.size()) * fineTile * fineTile);
     // The real tiles, once there, come after (above) any stand-in.
     const TileKey arrived = *f.source->pending.begin();
     f.source->deliver(arrived, Qt::red);
@@ -267,52 +219,39 @@ TEST(MapTileLayer, AMissingTileIsCoveredByCachedTilesOfOtherScalesClippedToIt)
 
 TEST(MapTileLayer, ATranslucentLayerUsesOnlyTheNearestScaleAsStandIn)
 {
-    Fixture f(false);
-    const double center = W / 2 + 5000;
-    for (const double level : {-10.0, -9.0}) {
-        const double z = std::exp2(level);
-        f.layer->update(view(center, center, z), z, 1.0, true);
-        f.source->deliverAll();
-    }
-    const double z = std::exp2(-8.0);
-    f.layer->update(view(center, center, z), z, 1.0, true);
-    ASSERT_FALSE(f.layer->drawList().empty());
-    for (const TileDraw &draw : f.layer->drawList())
-        EXPECT_DOUBLE_EQ(draw.key.zoomScale, std::exp2(-9.0));
-
+    Fixture translucent(false);
     Fixture opaque(true);
-    for (const double level : {-10.0, -9.0}) {
-        const double scale = std::exp2(level);
-        opaque.layer->update(view(center, center, scale), scale, 1.0, true);
-        opaque.source->deliverAll();
+    const double center = middle + 5000;
+    for (Fixture *f : {&translucent, &opaque}) {
+        for (const double level : {-10.0, -9.0}) {
+            f->show(center, center, level);
+            f->source->deliverAll();
+        }
+        f->show(center, center, -8.0);
     }
-    opaque.layer->update(view(center, center, z), z, 1.0, true);
-    std::set<double> scales;
-    for (const TileDraw &draw : opaque.layer->drawList())
-        scales.insert(draw.key.zoomScale);
-    EXPECT_EQ(scales, (std::set<double>{std::exp2(-10.0), std::exp2(-9.0)}));
+    // Two translucent tiles over each other would show through.
+    EXPECT_EQ(translucent.drawnScales(), std::set<double>{std::exp2(-9.0)});
+    EXPECT_EQ(opaque.drawnScales(), (std::set<double>{std::exp2(-10.0), std::exp2(-9.0)}));
     // Coarsest first, so the nearer scale lies on top.
     EXPECT_DOUBLE_EQ(opaque.layer->drawList().front().key.zoomScale, std::exp2(-10.0));
 }
 
-// ---- failures -------------------------------------------------------------------------------------
+// ---- failures -----------------------------------------------------------------------------------
 
 TEST(MapTileLayer, ATileThePrimaryCannotHaveComesFromTheFallback)
 {
     Fixture f(true, true);
-    auto fallbackOwned = std::make_unique<FakeTileSource>();
-    FakeTileSource *fallback = fallbackOwned.get();
-    f.layer->setFallback(std::move(fallbackOwned));
-    const double z = std::exp2(-8.0);
-    f.layer->update(view(W / 2, W / 2, z), z, 1.0, true);
+    auto *fallback = new FakeTileSource;
+    f.layer->setFallback(std::unique_ptr<TileSource>(fallback));
+    f.show(middle, middle, -8.0);
     const TileKey key = f.source->requests.front();
     f.source->fail(key);
     ASSERT_EQ(fallback->requests.size(), 1u);
     EXPECT_EQ(fallback->requests.front(), key);
     fallback->deliver(key, Qt::yellow);
     const auto &draws = f.layer->drawList();
-    const auto found = std::find_if(draws.begin(), draws.end(),
-                                    [&](const TileDraw &d) { return d.key == key; });
+    const auto found =
+        std::find_if(draws.begin(), draws.end(), [&](const TileDraw &d) { return d.key == key; });
     ASSERT_NE(found, draws.end());
     EXPECT_EQ(found->image.pixelColor(10, 10), QColor(Qt::yellow));
 }
@@ -321,29 +260,26 @@ TEST(MapTileLayer, ATileNobodyCanDrawDoesNotHoldTheViewBack)
 {
     Fixture f;
     QSignalSpy completed(f.layer.get(), &MapTileLayer::completed);
-    const double z = std::exp2(-8.0);
-    f.layer->update(view(W / 2, W / 2, z), z, 1.0, true);
-    const TileKey broken = f.source->requests.front();
-    f.source->fail(broken);
+    f.show(middle, middle, -8.0);
+    f.source->fail(f.source->requests.front());
     f.source->deliverAll();
     EXPECT_TRUE(f.layer->isComplete());
     EXPECT_EQ(completed.count(), 1);
     // And it is not asked for again on every frame.
     const auto requests = f.source->requests.size();
-    f.layer->update(view(W / 2, W / 2, z), z, 1.0, true);
+    f.show(middle, middle, -8.0);
     EXPECT_EQ(f.source->requests.size(), requests);
 }
 
-// ---- pixel density and memory --------------------------------------------------------------------
+// ---- pixel density and memory -------------------------------------------------------------------
 
 TEST(MapTileLayer, ANewPixelDensityDrawsEveryTileAgain)
 {
     Fixture f;
-    const double z = std::exp2(-8.0);
-    f.layer->update(view(W / 2, W / 2, z), z, 1.0, true);
+    f.show(middle, middle, -8.0);
     f.source->deliverAll();
     const auto first = f.source->requests.size();
-    f.layer->update(view(W / 2, W / 2, z), z, 3.0, true);
+    f.show(middle, middle, -8.0, 3.0);
     EXPECT_EQ(f.source->requests.size(), 2 * first);
     EXPECT_DOUBLE_EQ(f.source->lastDevicePixelRatio, 3.0);
     EXPECT_EQ(f.layer->cache().count(), 0u);
@@ -352,12 +288,9 @@ TEST(MapTileLayer, ANewPixelDensityDrawsEveryTileAgain)
 TEST(MapTileLayer, ALongPanKeepsTheCacheWithinItsBoundAndTheViewDrawn)
 {
     // Room for two screens of 256-pixel tiles, no more.
-    const qint64 tileBytes = 256 * 256 * 4;
-    Fixture f(true, false, 60 * tileBytes);
-    const double z = std::exp2(-10.0);
+    Fixture f(true, false, 60 * 256 * 256 * 4);
     for (int step = 0; step < 400; ++step) {
-        const double x = std::fmod(step * 37.0 * 256 / z, W);
-        f.layer->update(view(x, W / 2 + std::sin(step * 0.1) * W / 4, z), z, 1.0, true);
+        f.show(std::fmod(step * 37.0 * 256 * 1024, W), middle + std::sin(step * 0.1) * W / 4, -10);
         f.source->deliverAll();
         ASSERT_LE(f.layer->cache().bytes(), f.layer->cache().maxBytes());
         ASSERT_TRUE(f.layer->isComplete()) << "step " << step;

@@ -2,7 +2,6 @@
 #include "LocationTrackingSystem.h"
 #include "PositioningLocationManager.h"
 #include "UserDefaults.h"
-#include "VeltorFormatter.h"
 
 #include <QFile>
 #include <QPointer>
@@ -19,7 +18,9 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cmath>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -32,71 +33,104 @@ QString fixture(const char *name)
     return QStringLiteral(VELTOR_TEST_DATA_DIR "/nmea/") + QLatin1String(name);
 }
 
-QByteArray sentence(const QByteArray &body)
-{
-    char checksum = 0;
-    for (const char c : body)
-        checksum ^= c;
-    return '$' + body + '*' +
-           QByteArray::number(uchar(checksum), 16).toUpper().rightJustified(2, '0') + "\r\n";
-}
-
 QList<QByteArray> fixtureLines(const char *name)
 {
     QFile file(fixture(name));
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    QList<QByteArray> lines = file.readAll().split('\n');
-    lines.removeAll(QByteArray());
-    for (QByteArray &line : lines)
-        line.append('\n');
+    QList<QByteArray> lines;
+    if (file.open(QIODevice::ReadOnly))
+        while (!file.atEnd())
+            lines.append(file.readLine());
     return lines;
 }
 
-// What the app showed after one fix: the point, the live flag, the accuracy and the square.
-struct Sample
+constexpr double uere = PositioningLocationManager::userEquivalentRangeError;
+// The fixes of greenwich-walk.nmea; every log and stream here starts with them. The GGA with
+// the HDOP comes after its RMC.
+const Location walk[] = {{{51.4779, -0.0006}, 0.9 * uere},
+                         {{51.4779, -0.0003}, 1.2 * uere},
+                         {{51.4779, 0.0003}, 1.0 * uere},
+                         // No GGA: the accuracy is unknown, not the one before.
+                         {{51.4779, 0.0006}, -1.0}};
+
+void expectTheWalk(const std::vector<Location> &fixes)
 {
-    Coordinate coordinate;
-    bool live;
-    std::optional<double> accuracy;
-    QString square;
+    ASSERT_LE(fixes.size(), std::size(walk));
+    for (std::size_t i = 0; i < fixes.size(); ++i) {
+        SCOPED_TRACE(i);
+        EXPECT_NEAR(fixes[i].coordinate.latitude, walk[i].coordinate.latitude, 1e-9);
+        EXPECT_NEAR(fixes[i].coordinate.longitude, walk[i].coordinate.longitude, 1e-9);
+        EXPECT_NEAR(fixes[i].horizontalAccuracy, walk[i].horizontalAccuracy, 1e-9);
+    }
+}
+
+// A TCP peer that sends NMEA lines on a timer, as a gpsd relay or a phone app does.
+class NmeaServer
+{
+public:
+    NmeaServer(QList<QByteArray> lines, bool closeAtEnd) : m_lines(std::move(lines))
+    {
+        m_server.listen(QHostAddress::LocalHost);
+        QObject::connect(&m_server, &QTcpServer::newConnection, &m_server, [this] {
+            m_peer = m_server.nextPendingConnection();
+            m_timer.start();
+        });
+        m_timer.setInterval(30);
+        QObject::connect(&m_timer, &QTimer::timeout, &m_server, [this, closeAtEnd] {
+            if (!m_peer)
+                return;
+            if (!m_lines.isEmpty()) {
+                m_peer->write(m_lines.takeFirst());
+                return;
+            }
+            m_timer.stop();
+            // Time enough for the last fix to be delivered before the connection goes.
+            if (closeAtEnd)
+                QTimer::singleShot(2 * PositioningLocationManager::nmeaPushDelay, m_peer,
+                                   [peer = m_peer] { peer->disconnectFromHost(); });
+        });
+    }
+
+    QString address() const { return QStringLiteral("127.0.0.1:%1").arg(m_server.serverPort()); }
+
+private:
+    QTcpServer m_server;
+    QPointer<QTcpSocket> m_peer;
+    QTimer m_timer;
+    QList<QByteArray> m_lines;
 };
 
 // The whole chain as the app runs it: Qt Positioning, the tracking system and the app state,
 // over a store in a temporary directory.
 class LiveTrackingTest : public testing::Test
 {
-protected:
+public:
     // Longer than the one second between the fixes of the logs.
-    void track(const QString &source, std::chrono::milliseconds stallTimeout = 1500ms)
+    void track(const QString &source)
     {
         m_manager = std::make_unique<PositioningLocationManager>(GpsSource::parse(source));
-        m_manager->setStallTimeout(stallTimeout);
+        m_manager->setStallTimeout(1500ms);
         m_system = std::make_unique<LocationTrackingSystem>(*m_manager, m_state);
-        // The accuracy is the last of the three changes a fix makes.
-        QObject::connect(
-            &m_state, &ApplicationStateSystem::coordinateAccuracyChanged, m_system.get(), [this] {
-                if (!m_state.coordinateIsLiveTracked())
-                    return;
-                VeltorFormatter formatter;
-                formatter.setFormat(VeltorFormat::FourCharacters);
-                m_samples.push_back({m_state.coordinate(), true, m_state.coordinateAccuracy(),
-                                     formatter.stringFromCoordinate(m_state.coordinate())});
-            });
+        // What the app shows of each live fix; the accuracy is the last change a fix makes.
+        QObject::connect(&m_state, &ApplicationStateSystem::coordinateAccuracyChanged,
+                         m_system.get(), [this] {
+                             if (m_state.coordinateIsLiveTracked())
+                                 m_samples.push_back({m_state.coordinate(),
+                                                      m_state.coordinateAccuracy().value_or(NAN)});
+                         });
         m_failures = std::make_unique<QSignalSpy>(m_manager.get(), &LocationManager::failed);
         m_system->beginTracking();
     }
 
-    bool waitForSamples(std::size_t count, int timeoutMs = 8000)
+    bool waitForSamples(std::size_t count)
     {
-        return QTest::qWaitFor([&] { return m_samples.size() >= count; }, timeoutMs);
+        return QTest::qWaitFor([&] { return m_samples.size() >= count; }, 8000);
     }
 
     // Waits for tracking to end and returns what went to standard output meanwhile.
-    std::string waitForTheEnd(int timeoutMs = 8000)
+    std::string waitForTheEnd()
     {
         testing::internal::CaptureStdout();
-        const bool ended = QTest::qWaitFor([&] { return !m_system->tracking(); }, timeoutMs);
+        const bool ended = QTest::qWaitFor([&] { return !m_system->tracking(); }, 8000);
         // A second failure report would arrive in this time.
         QTest::qWait(50);
         std::string output = testing::internal::GetCapturedStdout();
@@ -108,109 +142,105 @@ protected:
         return output;
     }
 
+    QString serve(QList<QByteArray> lines, bool closeAtEnd = false)
+    {
+        return m_server.emplace(std::move(lines), closeAtEnd).address();
+    }
+
     QTemporaryDir m_dir;
     UserDefaults m_defaults{m_dir.filePath(QStringLiteral("settings.ini"))};
     ApplicationStateSystem m_state{m_defaults};
+    std::optional<NmeaServer> m_server;
     std::unique_ptr<PositioningLocationManager> m_manager;
     std::unique_ptr<LocationTrackingSystem> m_system;
     std::unique_ptr<QSignalSpy> m_failures;
-    std::vector<Sample> m_samples;
+    std::vector<Location> m_samples;
 };
 
-constexpr double latitude = 51.4779;
-
-void expectSample(const Sample &sample, double longitude, std::optional<double> hdop,
-                  const char *square)
+// A source, how many of the walk's fixes it gives before it ends, and the line it ends with
+// (%1: the source; a prefix when the system's reason follows).
+struct Ending
 {
-    EXPECT_NEAR(sample.coordinate.latitude, latitude, 1e-9);
-    EXPECT_NEAR(sample.coordinate.longitude, longitude, 1e-9);
-    EXPECT_TRUE(sample.live);
-    ASSERT_TRUE(sample.accuracy.has_value());
-    if (hdop)
-        EXPECT_NEAR(*sample.accuracy, *hdop * PositioningLocationManager::userEquivalentRangeError,
-                    1e-9);
+    const char *name;
+    std::function<QString(LiveTrackingTest &)> source;
+    std::size_t minSamples, maxSamples;
+    const char *message;
+    bool prefix = false;
+};
+
+class TrackingEnds : public LiveTrackingTest, public testing::WithParamInterface<Ending>
+{
+};
+
+TEST_P(TrackingEnds, WithOneReportAndTheLastFixKept)
+{
+    const Ending &c = GetParam();
+    const QString source = c.source(*this);
+    track(source);
+    // The failure never arrives inside beginTracking().
+    EXPECT_TRUE(m_system->tracking());
+    ASSERT_TRUE(waitForSamples(c.minSamples));
+    const std::string output = waitForTheEnd();
+    const QString line = QString::fromUtf8(c.message).arg(GpsSource::parse(source).description());
+    const std::string expected = "Error " + line.toStdString() + (c.prefix ? "" : "\n");
+    if (c.prefix)
+        EXPECT_EQ(output.rfind(expected, 0), 0u) << output;
     else
-        EXPECT_LT(*sample.accuracy, 0.0);
-    EXPECT_EQ(sample.square, QLatin1String(square));
+        EXPECT_EQ(output, expected);
+    EXPECT_LE(m_samples.size(), c.maxSamples);
+    expectTheWalk(m_samples);
+    // The point stays at the last fix, and is stored.
+    if (!m_samples.empty()) {
+        const UserDefaults stored(m_defaults.fileName());
+        EXPECT_EQ(m_state.coordinate(), m_samples.back().coordinate);
+        EXPECT_EQ(stored.doubleForKey(m_state.longitudeUserDefaultsKey),
+                  m_samples.back().coordinate.longitude);
+    }
 }
 
-TEST_F(LiveTrackingTest, AWalkOverTheMeridianMovesThePointIntoTheNextSquare)
+QString refusingPort(LiveTrackingTest &)
 {
-    track(fixture("greenwich-walk.nmea"));
-    ASSERT_TRUE(waitForSamples(4));
-    EXPECT_TRUE(m_system->tracking());
-    ASSERT_EQ(m_samples.size(), 4u);
-    expectSample(m_samples[0], -0.0006, 0.9, "IO91");
-    expectSample(m_samples[1], -0.0003, 1.2, "IO91");
-    expectSample(m_samples[2], 0.0003, 1.0, "JO01");
-    // No HDOP in the last fix: its accuracy is unknown, not the one before.
-    expectSample(m_samples[3], 0.0006, std::nullopt, "JO01");
-    m_system->endTracking();
-    EXPECT_FALSE(m_manager->isUpdating());
-    EXPECT_FALSE(m_state.coordinateIsLiveTracked());
-    // The last point is kept, and stored.
-    EXPECT_NEAR(UserDefaults(m_defaults.fileName()).doubleForKey(m_state.longitudeUserDefaultsKey),
-                0.0006, 1e-9);
+    // A port that was free a moment ago.
+    QTcpServer probe;
+    probe.listen(QHostAddress::LocalHost);
+    return QStringLiteral("127.0.0.1:%1").arg(probe.serverPort());
 }
 
-TEST_F(LiveTrackingTest, AStreamThatTurnsToGarbageEndsTracking)
-{
-    track(fixture("turns-to-garbage.nmea"));
-    ASSERT_TRUE(waitForSamples(2));
-    const std::string output = waitForTheEnd();
-    EXPECT_EQ(output, "Error The GPS source " + fixture("turns-to-garbage.nmea").toStdString() +
-                          " sends no NMEA position data.\n");
-    EXPECT_LE(m_samples.size(), 3u);
-    expectSample(m_samples[1], -0.0003, 1.2, "IO91");
-}
+const Ending endings[] = {
+    {"ALogEnds", [](auto &) { return fixture("greenwich-walk.nmea"); }, 4, 4,
+     "The NMEA log %1 has ended."},
+    {"ALogTurnsToGarbage", [](auto &) { return fixture("turns-to-garbage.nmea"); }, 2, 3,
+     "The GPS source %1 sends no NMEA position data."},
+    {"AMissingLog", [](auto &) { return QStringLiteral("/nonexistent/walk.nmea"); }, 0, 0,
+     "Cannot open the NMEA log %1: No such file or directory."},
+    {"ADirectoryIsNoLog", [](LiveTrackingTest &t) { return t.m_dir.path(); }, 0, 0,
+     "Cannot open the NMEA log %1: it is a directory."},
+    {"AMissingSerialDevice", [](auto &) { return QStringLiteral("/dev/ttyVeltorMissing@9600"); }, 0,
+     0, "Cannot open the GPS device %1: ", true},
+    {"ATcpPeerCloses",
+     [](LiveTrackingTest &t) { return t.serve(fixtureLines("greenwich-walk.nmea"), true); }, 4, 4,
+     "The GPS source %1 closed the connection."},
+    {"ATcpPeerFallsSilent",
+     [](LiveTrackingTest &t) { return t.serve(fixtureLines("ends-after-two-fixes.nmea")); }, 2, 2,
+     "The GPS source %1 has sent nothing for 1.5 s."},
+    // The nonsense keeps coming past the stall timeout.
+    {"ATcpStreamOfGarbage",
+     [](LiveTrackingTest &t) {
+         const QList<QByteArray> garbage(60, "GARBAGE\r\n");
+         return t.serve(fixtureLines("turns-to-garbage.nmea") + garbage);
+     },
+     2, 3, "The GPS source %1 sends no NMEA position data."},
+    // A receiver still looking for satellites: proper sentences, fix quality 0.
+    {"ATcpReceiverWithoutAFix",
+     [](LiveTrackingTest &t) {
+         return t.serve(QList<QByteArray>(60, "$GPGGA,120000.00,,,,,0,00,99.99,,,,,,*65\r\n"));
+     },
+     0, 0, "The GPS source %1 has reported no position fix for 1.5 s."},
+    {"ARefusedConnection", refusingPort, 0, 0, "Cannot connect to the GPS source %1: ", true},
+};
 
-TEST_F(LiveTrackingTest, ALogThatEndsEndsTracking)
-{
-    track(fixture("ends-after-two-fixes.nmea"));
-    ASSERT_TRUE(waitForSamples(2));
-    const std::string output = waitForTheEnd();
-    EXPECT_EQ(output, "Error The NMEA log " + fixture("ends-after-two-fixes.nmea").toStdString() +
-                          " has ended.\n");
-    EXPECT_EQ(m_samples.size(), 2u);
-    // The point stays at the last fix.
-    EXPECT_NEAR(m_state.coordinate().longitude, -0.0003, 1e-9);
-}
-
-TEST_F(LiveTrackingTest, StoppingAndStartingAgainReplaysFromTheStart)
-{
-    track(fixture("greenwich-walk.nmea"));
-    ASSERT_TRUE(waitForSamples(1));
-    m_system->endTracking();
-    m_system->beginTracking();
-    ASSERT_TRUE(waitForSamples(2));
-    EXPECT_NEAR(m_samples[1].coordinate.longitude, -0.0006, 1e-9);
-    EXPECT_TRUE(m_system->tracking());
-    EXPECT_EQ(m_failures->count(), 0);
-}
-
-TEST_F(LiveTrackingTest, AFailureNeverArrivesInsideBeginTracking)
-{
-    track(QStringLiteral("/nonexistent/walk.nmea"));
-    EXPECT_TRUE(m_system->tracking());
-    EXPECT_EQ(
-        waitForTheEnd(),
-        "Error Cannot open the NMEA log /nonexistent/walk.nmea: No such file or directory.\n");
-}
-
-TEST_F(LiveTrackingTest, ADirectoryIsNoLog)
-{
-    track(m_dir.path());
-    EXPECT_EQ(waitForTheEnd(), "Error Cannot open the NMEA log " + m_dir.path().toStdString() +
-                                   ": it is a directory.\n");
-}
-
-TEST_F(LiveTrackingTest, AMissingSerialDeviceEndsTracking)
-{
-    track(QStringLiteral("/dev/ttyVeltorMissing@9600"));
-    const std::string output = waitForTheEnd();
-    EXPECT_EQ(output.rfind("Error Cannot open the GPS device /dev/ttyVeltorMissing: ", 0), 0u)
-        << output;
-}
+INSTANTIATE_TEST_SUITE_P(LiveTracking, TrackingEnds, testing::ValuesIn(endings),
+                         [](const auto &info) { return std::string(info.param.name); });
 
 TEST_F(LiveTrackingTest, ASerialReceiverThatIsUnpluggedEndsTracking)
 {
@@ -225,145 +255,29 @@ TEST_F(LiveTrackingTest, ASerialReceiverThatIsUnpluggedEndsTracking)
     for (const QByteArray &line : fixtureLines("greenwich-walk.nmea"))
         ASSERT_EQ(write(receiver, line.constData(), std::size_t(line.size())), line.size());
     ASSERT_TRUE(waitForSamples(4));
-    expectSample(m_samples[2], 0.0003, 1.0, "JO01");
+    expectTheWalk(m_samples);
     ::close(receiver);
     EXPECT_EQ(waitForTheEnd(),
               "Error The GPS device " + device.toStdString() + " was disconnected.\n");
 }
 
-// A TCP peer that sends NMEA lines on a timer, as a gpsd relay or a phone app does.
-class NmeaServer
+TEST_F(LiveTrackingTest, StoppingAndStartingAgainReplaysFromTheStart)
 {
-public:
-    explicit NmeaServer(QList<QByteArray> lines) : m_lines(std::move(lines))
-    {
-        m_server.listen(QHostAddress::LocalHost);
-        QObject::connect(&m_server, &QTcpServer::newConnection, &m_server, [this] {
-            m_peer = m_server.nextPendingConnection();
-            m_timer.start();
-        });
-        m_timer.setInterval(30);
-        QObject::connect(&m_timer, &QTimer::timeout, &m_server, [this] {
-            if (!m_peer)
-                return;
-            if (!m_lines.isEmpty()) {
-                m_peer->write(m_lines.takeFirst());
-                return;
-            }
-            m_timer.stop();
-            // Time enough for the last fix to be delivered before the connection goes.
-            if (m_closeAtEnd)
-                QTimer::singleShot(2 * PositioningLocationManager::nmeaPushDelay, m_peer,
-                                   [peer = m_peer] { peer->disconnectFromHost(); });
-        });
-    }
-
-    QString address() const { return QStringLiteral("127.0.0.1:%1").arg(m_server.serverPort()); }
-    void keepOpenAtEnd() { m_closeAtEnd = false; }
-
-private:
-    QTcpServer m_server;
-    QPointer<QTcpSocket> m_peer;
-    QTimer m_timer;
-    QList<QByteArray> m_lines;
-    bool m_closeAtEnd = true;
-};
-
-TEST_F(LiveTrackingTest, ATcpStreamIsTrackedUntilThePeerCloses)
-{
-    NmeaServer server(fixtureLines("greenwich-walk.nmea"));
-    track(server.address());
-    const std::string output = waitForTheEnd();
-    EXPECT_EQ(output, "Error The GPS source " + server.address().toStdString() +
-                          " closed the connection.\n");
-    ASSERT_EQ(m_samples.size(), 4u);
-    expectSample(m_samples[0], -0.0006, 0.9, "IO91");
-    expectSample(m_samples[1], -0.0003, 1.2, "IO91");
-    expectSample(m_samples[2], 0.0003, 1.0, "JO01");
-    expectSample(m_samples[3], 0.0006, std::nullopt, "JO01");
-}
-
-TEST_F(LiveTrackingTest, ATcpPeerThatFallsSilentEndsTracking)
-{
-    NmeaServer server(fixtureLines("ends-after-two-fixes.nmea"));
-    server.keepOpenAtEnd();
-    track(server.address());
+    track(fixture("greenwich-walk.nmea"));
+    ASSERT_TRUE(waitForSamples(1));
+    m_system->endTracking();
+    m_system->beginTracking();
     ASSERT_TRUE(waitForSamples(2));
-    EXPECT_EQ(waitForTheEnd(), "Error The GPS source " + server.address().toStdString() +
-                                   " has sent nothing for 1.5 s.\n");
+    EXPECT_NEAR(m_samples[1].coordinate.longitude, -0.0006, 1e-9);
+    EXPECT_TRUE(m_system->tracking());
+    EXPECT_EQ(m_failures->count(), 0);
 }
 
-TEST_F(LiveTrackingTest, ATcpStreamOfGarbageEndsTracking)
+TEST(PositioningLocationManager, NmeaSourcesNeedNoPermissionAndUnusableOnesAreRestricted)
 {
-    QList<QByteArray> lines = fixtureLines("turns-to-garbage.nmea");
-    // Keep the nonsense coming past the stall timeout.
-    for (int i = 0; i < 60; ++i)
-        lines.append("GARBAGE\r\n");
-    NmeaServer server(lines);
-    server.keepOpenAtEnd();
-    track(server.address());
-    ASSERT_TRUE(waitForSamples(2));
-    EXPECT_EQ(waitForTheEnd(), "Error The GPS source " + server.address().toStdString() +
-                                   " sends no NMEA position data.\n");
-}
-
-TEST_F(LiveTrackingTest, ATcpReceiverWithoutAFixEndsTracking)
-{
-    // A receiver still looking for satellites: proper sentences, fix quality 0.
-    QList<QByteArray> lines;
-    for (int i = 0; i < 60; ++i)
-        lines.append(sentence("GPGGA,120000.00,,,,,0,00,99.99,,,,,,"));
-    NmeaServer server(lines);
-    server.keepOpenAtEnd();
-    track(server.address());
-    EXPECT_EQ(waitForTheEnd(), "Error The GPS source " + server.address().toStdString() +
-                                   " has reported no position fix for 1.5 s.\n");
-    EXPECT_TRUE(m_samples.empty());
-}
-
-TEST_F(LiveTrackingTest, ARefusedConnectionEndsTracking)
-{
-    QString address;
-    {
-        // A port that was free a moment ago.
-        QTcpServer probe;
-        ASSERT_TRUE(probe.listen(QHostAddress::LocalHost));
-        address = QStringLiteral("127.0.0.1:%1").arg(probe.serverPort());
-    }
-    track(address);
-    const std::string output = waitForTheEnd();
-    EXPECT_EQ(
-        output.rfind("Error Cannot connect to the GPS source " + address.toStdString() + ": ", 0),
-        0u)
-        << output;
-}
-
-TEST_F(LiveTrackingTest, AnUnusableSourceIsRestricted)
-{
-    track(QStringLiteral("udp://127.0.0.1:10110"));
-    EXPECT_EQ(m_manager->authorizationStatus(), LocationManager::Restricted);
-    EXPECT_FALSE(m_system->tracking());
-    EXPECT_FALSE(m_manager->isUpdating());
-}
-
-TEST(PositioningLocationManager, WithoutAPlatformServiceTrackingEndsWithTheAlert)
-{
-    PositioningLocationManager manager;
-    if (manager.authorizationStatus() != LocationManager::Restricted)
-        GTEST_SKIP() << "this machine has a positioning service";
-    QTemporaryDir dir;
-    UserDefaults defaults(dir.filePath(QStringLiteral("settings.ini")));
-    ApplicationStateSystem state(defaults);
-    LocationTrackingSystem system(manager, state);
-    QSignalSpy alerts(&system, &LocationTrackingSystem::alertRequested);
-    system.beginTracking();
-    EXPECT_FALSE(system.tracking());
-    EXPECT_EQ(alerts.count(), 1);
-    EXPECT_FALSE(manager.isUpdating());
-}
-
-TEST(PositioningLocationManager, NmeaSourcesNeedNoPermission)
-{
+    EXPECT_EQ(PositioningLocationManager(GpsSource::parse(QStringLiteral("udp://127.0.0.1:10110")))
+                  .authorizationStatus(),
+              LocationManager::Restricted);
     PositioningLocationManager manager(GpsSource::parse(QStringLiteral("localhost:10110")));
     EXPECT_EQ(manager.authorizationStatus(), LocationManager::AuthorizedWhenInUse);
     QSignalSpy answers(&manager, &LocationManager::authorizationStatusChanged);
@@ -392,8 +306,6 @@ TEST(LocationTrackingSystemShared, TheSourceCanBeChosenOnlyBeforeFirstUse)
     EXPECT_TRUE(LocationTrackingSystem::setSharedSource(QStringLiteral("127.0.0.1:10110")));
     LocationTrackingSystem &system = LocationTrackingSystem::sharedSystem();
     EXPECT_EQ(&system, &LocationTrackingSystem::sharedSystem());
-    EXPECT_FALSE(system.tracking());
-    EXPECT_EQ(system.locationManager().desiredAccuracy(), 10.0);
     const auto *manager = qobject_cast<PositioningLocationManager *>(&system.locationManager());
     ASSERT_NE(manager, nullptr);
     ASSERT_TRUE(manager->gpsSource().has_value());

@@ -8,48 +8,76 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
-#include <vector>
 
 namespace {
 
+using enum LocationManager::AuthorizationStatus;
+constexpr int Always = AuthorizedAlways, InUse = AuthorizedWhenInUse, Undecided = NotDetermined;
+
+// Asking waits for the permission answer; Started has no fix yet, Live one; Late got a fix
+// after Stopped.
+constexpr int Off = 0, Refused = 1, Asking = 2, Started = 3, Live = 4, Stopped = 5, Late = 6;
+// Begin and Permission come with the manager's status; Fix is a batch, NoFix an empty one.
+constexpr int Begin = 0, End = 1, Background = 2, Permission = 3, Fix = 4, NoFix = 5, Fail = 6;
+
 constexpr Location greenwich{{51.4779, -0.0006}, 4.59};
 constexpr Location east{{51.4779, 0.0003}, 5.1};
-constexpr Location further{{51.4779, 0.0006}, 7.0};
+constexpr Location unknown{{10.0, 20.0}, -1.0};
+constexpr const char *stopped = "off accuracy live";
+constexpr const char *landed = "coordinate live accuracy";
 
-// The tracking system over a scripted manager and an app state in a temporary store, with
-// every announcement counted.
-class LocationTrackingSystemTest : public testing::Test
+// What an event does in a state: tracking after it, the calls it makes to the manager, the
+// alerts, the live flag, and the changes announced in order ("on"/"off" for tracking).
+struct Transition
+{
+    const char *name;
+    int from, event, status;
+    bool tracking;
+    int starts, stops, requests, alerts;
+    bool live;
+    const char *log;
+};
+
+class LocationTrackingSystemTest : public testing::TestWithParam<Transition>
 {
 protected:
     LocationTrackingSystemTest()
     {
-        // Which change was announced in which order, and what tracking was at each.
-        QObject::connect(&m_system, &LocationTrackingSystem::trackingChanged, [this] {
-            m_trackingSeen.push_back(m_system.tracking());
-            m_log.push_back("tracking");
-        });
+        QObject::connect(&m_system, &LocationTrackingSystem::trackingChanged,
+                         [this] { note(m_system.tracking() ? "on" : "off"); });
         QObject::connect(&m_state, &ApplicationStateSystem::coordinateChanged,
-                         [this] { m_log.push_back("coordinate"); });
+                         [this] { note("coordinate"); });
         QObject::connect(&m_state, &ApplicationStateSystem::coordinateIsLiveTrackedChanged,
-                         [this] { m_log.push_back("live"); });
+                         [this] { note("live"); });
         QObject::connect(&m_state, &ApplicationStateSystem::coordinateAccuracyChanged,
-                         [this] { m_log.push_back("accuracy"); });
+                         [this] { note("accuracy"); });
     }
 
-    void startTracking(int status = LocationManager::AuthorizedWhenInUse)
+    void note(const char *what) { m_log += (m_log.empty() ? "" : " ") + std::string(what); }
+
+    void begin(int status)
     {
         m_manager.status = status;
         m_system.beginTracking();
     }
 
-    // Counting starts from here.
-    void resetCounts()
+    void enter(int from)
     {
-        m_trackingSeen.clear();
-        m_log.clear();
-        m_alerts.clear();
+        if (from == Refused || from == Asking)
+            begin(from == Refused ? Denied : Undecided);
+        if (from >= Started)
+            begin(InUse);
+        if (from >= Live)
+            m_manager.deliver({greenwich});
+        if (from >= Stopped)
+            m_system.endTracking();
+        if (from >= Late)
+            m_manager.deliver({east});
         m_manager.starts = m_manager.stops = m_manager.authorizationRequests = 0;
+        m_alerts.clear();
+        m_log.clear();
     }
 
     QString storePath() const { return m_dir.filePath(QStringLiteral("settings.ini")); }
@@ -60,283 +88,95 @@ protected:
     ScriptableLocationManager m_manager;
     LocationTrackingSystem m_system{m_manager, m_state};
     QSignalSpy m_alerts{&m_system, &LocationTrackingSystem::alertRequested};
-    std::vector<bool> m_trackingSeen;
-    std::vector<std::string> m_log;
+    std::string m_log;
 };
 
-using Log = std::vector<std::string>;
-
-TEST_F(LocationTrackingSystemTest, StartsOffAndAsksForTenMetres)
+TEST_P(LocationTrackingSystemTest, Transition)
 {
-    EXPECT_FALSE(m_system.tracking());
-    EXPECT_EQ(m_manager.desiredAccuracy(), 10.0);
+    const Transition &c = GetParam();
     EXPECT_EQ(m_manager.property("desiredAccuracy").toDouble(), 10.0);
-    EXPECT_EQ(m_manager.starts, 0);
-    EXPECT_EQ(m_manager.authorizationRequests, 0);
-    EXPECT_EQ(&m_system.locationManager(), &m_manager);
-}
-
-class AuthorizedStartTest : public LocationTrackingSystemTest,
-                            public testing::WithParamInterface<int>
-{
-};
-
-TEST_P(AuthorizedStartTest, BeginningTwiceStartsUpdatesOnce)
-{
-    startTracking(GetParam());
-    m_system.beginTracking();
-    EXPECT_TRUE(m_system.tracking());
-    EXPECT_EQ(m_manager.starts, 1);
-    EXPECT_EQ(m_manager.authorizationRequests, 0);
-    EXPECT_EQ(m_trackingSeen, std::vector<bool>{true});
-    EXPECT_EQ(m_alerts.count(), 0);
-    // Starting promises nothing about the point until a fix arrives.
-    EXPECT_EQ(m_log, Log{"tracking"});
-}
-
-INSTANTIATE_TEST_SUITE_P(LocationTracking, AuthorizedStartTest,
-                         testing::Values(LocationManager::AuthorizedAlways,
-                                         LocationManager::AuthorizedWhenInUse));
-
-class RefusedStartTest : public LocationTrackingSystemTest, public testing::WithParamInterface<int>
-{
-};
-
-TEST_P(RefusedStartTest, TurnsOnAndOffAgainThenAlertsOnce)
-{
-    startTracking(GetParam());
-    EXPECT_FALSE(m_system.tracking());
-    EXPECT_EQ(m_trackingSeen, (std::vector<bool>{true, false}));
-    ASSERT_EQ(m_alerts.count(), 1);
-    EXPECT_EQ(m_alerts.at(0).at(0).toString(), QStringLiteral("Location Unavailable"));
-    EXPECT_EQ(m_alerts.at(0).at(1).toString(),
-              QStringLiteral("Veltor cannot use your position. Check that a GPS source is "
-                             "connected and that location access is allowed."));
-    EXPECT_EQ(m_alerts.at(0).at(2).toString(), QStringLiteral("OK"));
-    // Nothing was running, so there is nothing to stop and the point is left alone.
-    EXPECT_EQ(m_manager.starts, 0);
-    EXPECT_EQ(m_manager.stops, 0);
-    EXPECT_EQ(m_manager.authorizationRequests, 0);
-    EXPECT_EQ(m_log, (Log{"tracking", "tracking"}));
-}
-
-INSTANTIATE_TEST_SUITE_P(LocationTracking, RefusedStartTest,
-                         testing::Values(LocationManager::Restricted, LocationManager::Denied));
-
-TEST_F(LocationTrackingSystemTest, RefusedAgainAlertsAgain)
-{
-    startTracking(LocationManager::Denied);
-    m_system.beginTracking();
-    EXPECT_EQ(m_alerts.count(), 2);
-    EXPECT_EQ(m_trackingSeen, (std::vector<bool>{true, false, true, false}));
-}
-
-TEST_F(LocationTrackingSystemTest, EndingWhenNotTrackingDoesNothing)
-{
-    m_state.setCoordinateIsLiveTracked(true);
-    m_state.setCoordinateAccuracy(12.0);
-    resetCounts();
-    m_system.endTracking();
-    EXPECT_FALSE(m_system.tracking());
-    EXPECT_TRUE(m_state.coordinateIsLiveTracked());
-    EXPECT_EQ(m_state.coordinateAccuracy(), 12.0);
-    EXPECT_EQ(m_manager.stops, 0);
-    EXPECT_TRUE(m_log.empty());
-}
-
-TEST_F(LocationTrackingSystemTest, EndingStopsUpdatesAndClearsTheLiveFlag)
-{
-    startTracking();
-    m_manager.deliver({greenwich});
-    resetCounts();
-    m_system.endTracking();
-    EXPECT_FALSE(m_system.tracking());
-    EXPECT_EQ(m_manager.stops, 1);
-    EXPECT_FALSE(m_state.coordinateIsLiveTracked());
-    EXPECT_FALSE(m_state.coordinateAccuracy().has_value());
-    // The last point stays where the last fix put it.
-    EXPECT_EQ(m_state.coordinate(), greenwich.coordinate);
-    EXPECT_EQ(m_log, (Log{"tracking", "accuracy", "live"}));
-    m_system.endTracking();
-    EXPECT_EQ(m_manager.stops, 1);
-}
-
-TEST_F(LocationTrackingSystemTest, NotDeterminedAsksThenStartsWhenAllowed)
-{
-    startTracking(LocationManager::NotDetermined);
-    EXPECT_TRUE(m_system.tracking());
-    EXPECT_EQ(m_manager.authorizationRequests, 1);
-    EXPECT_EQ(m_manager.starts, 0);
-
-    m_manager.changeAuthorization(LocationManager::AuthorizedWhenInUse);
-    EXPECT_EQ(m_manager.starts, 1);
-    EXPECT_TRUE(m_system.tracking());
-
-    m_manager.deliver({greenwich});
-    resetCounts();
-    // Withdrawn in the system settings: tracking stops without a word.
-    m_manager.changeAuthorization(LocationManager::Denied);
-    EXPECT_FALSE(m_system.tracking());
-    EXPECT_EQ(m_manager.stops, 1);
-    EXPECT_FALSE(m_state.coordinateIsLiveTracked());
-    EXPECT_EQ(m_alerts.count(), 0);
-    EXPECT_EQ(m_log, (Log{"tracking", "accuracy", "live"}));
-}
-
-struct PermissionCase
-{
-    bool tracking;
-    int status;
-    int starts, stops;
-    bool trackingAfter;
-};
-
-class PermissionChangeTest : public LocationTrackingSystemTest,
-                             public testing::WithParamInterface<PermissionCase>
-{
-};
-
-TEST_P(PermissionChangeTest, FollowsTheNewStatus)
-{
-    const PermissionCase &c = GetParam();
-    if (c.tracking)
-        startTracking(LocationManager::NotDetermined);
-    resetCounts();
-    m_manager.changeAuthorization(c.status);
+    enter(c.from);
+    const Coordinate before = m_state.coordinate();
+    testing::internal::CaptureStdout();
+    const std::function<void()> events[] = {
+        [&] { begin(c.status); },
+        [&] { m_system.endTracking(); },
+        [&] { m_system.applicationDidEnterBackground(); },
+        [&] { m_manager.changeAuthorization(c.status); },
+        [&] {
+            m_manager.deliver({unknown, east});
+        },
+        [&] { m_manager.deliver({}); },
+        [&] { m_manager.fail(QStringLiteral("The NMEA log walk.nmea has ended.")); },
+    };
+    events[c.event]();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              c.event == Fail ? "Error The NMEA log walk.nmea has ended.\n" : "");
+    EXPECT_EQ(m_system.tracking(), c.tracking);
     EXPECT_EQ(m_manager.starts, c.starts);
     EXPECT_EQ(m_manager.stops, c.stops);
-    EXPECT_EQ(m_system.tracking(), c.trackingAfter);
-    EXPECT_EQ(m_alerts.count(), 0);
-    EXPECT_EQ(m_manager.authorizationRequests, 0);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    LocationTracking, PermissionChangeTest,
-    testing::Values(
-        // While tracking: allowed starts updates, refused stops, undecided changes nothing.
-        PermissionCase{true, LocationManager::AuthorizedAlways, 1, 0, true},
-        PermissionCase{true, LocationManager::AuthorizedWhenInUse, 1, 0, true},
-        PermissionCase{true, LocationManager::Restricted, 0, 1, false},
-        PermissionCase{true, LocationManager::Denied, 0, 1, false},
-        PermissionCase{true, LocationManager::NotDetermined, 0, 0, true},
-        // Not tracking: a permission change alone starts and stops nothing.
-        PermissionCase{false, LocationManager::AuthorizedAlways, 0, 0, false},
-        PermissionCase{false, LocationManager::AuthorizedWhenInUse, 0, 0, false},
-        PermissionCase{false, LocationManager::Restricted, 0, 0, false},
-        PermissionCase{false, LocationManager::Denied, 0, 0, false},
-        PermissionCase{false, LocationManager::NotDetermined, 0, 0, false}));
-
-TEST_F(LocationTrackingSystemTest, ABatchOfFixesUsesTheFirst)
-{
-    startTracking();
-    resetCounts();
-    m_manager.deliver({greenwich, east, further});
-    EXPECT_EQ(m_state.coordinate(), greenwich.coordinate);
-    EXPECT_TRUE(m_state.coordinateIsLiveTracked());
-    EXPECT_EQ(m_state.coordinateAccuracy(), greenwich.horizontalAccuracy);
-    EXPECT_EQ(m_log, (Log{"coordinate", "live", "accuracy"}));
-    // The point is in the store at once.
-    UserDefaults reread(storePath());
-    EXPECT_EQ(reread.doubleForKey(m_state.latitudeUserDefaultsKey), greenwich.coordinate.latitude);
-    EXPECT_EQ(reread.doubleForKey(m_state.longitudeUserDefaultsKey),
-              greenwich.coordinate.longitude);
-}
-
-TEST_F(LocationTrackingSystemTest, AnUnknownAccuracyIsPassedOnAsReported)
-{
-    startTracking();
-    m_manager.deliver({Location{{10.0, 20.0}, -1.0}});
-    EXPECT_TRUE(m_state.coordinateIsLiveTracked());
+    EXPECT_EQ(m_manager.authorizationRequests, c.requests);
+    EXPECT_EQ(m_alerts.count(), c.alerts);
+    EXPECT_EQ(m_state.coordinateIsLiveTracked(), c.live);
+    // Never "not live" with an accuracy still shown.
+    EXPECT_EQ(m_state.coordinateAccuracy().has_value(), c.live);
+    EXPECT_EQ(m_log, c.log);
+    if (c.event != Fix) {
+        // Only a fix moves the point; stopping leaves it where the last fix put it.
+        EXPECT_EQ(m_state.coordinate(), before);
+        return;
+    }
+    // The first fix of a batch, its unknown accuracy passed on as reported, stored at once.
+    EXPECT_EQ(m_state.coordinate(), unknown.coordinate);
     EXPECT_EQ(m_state.coordinateAccuracy(), -1.0);
+    EXPECT_EQ(UserDefaults(storePath()).doubleForKey(m_state.longitudeUserDefaultsKey), 20.0);
 }
 
-TEST_F(LocationTrackingSystemTest, AnEmptyBatchChangesNothing)
-{
-    startTracking();
-    resetCounts();
-    m_manager.deliver({});
-    EXPECT_TRUE(m_log.empty());
-    EXPECT_FALSE(m_state.coordinateIsLiveTracked());
-}
-
-TEST_F(LocationTrackingSystemTest, AFixAfterStoppingStillLands)
-{
-    startTracking();
-    m_system.endTracking();
-    resetCounts();
-    m_manager.deliver({east});
-    EXPECT_FALSE(m_system.tracking());
-    EXPECT_EQ(m_state.coordinate(), east.coordinate);
-    EXPECT_TRUE(m_state.coordinateIsLiveTracked());
-    EXPECT_EQ(m_state.coordinateAccuracy(), east.horizontalAccuracy);
-    EXPECT_EQ(m_log, (Log{"coordinate", "live", "accuracy"}));
-}
-
-TEST_F(LocationTrackingSystemTest, AFailureStopsTrackingAndIsLogged)
-{
-    startTracking();
-    m_manager.deliver({greenwich});
-    resetCounts();
-    testing::internal::CaptureStdout();
-    m_manager.fail(QStringLiteral("The GPS source 127.0.0.1:10110 closed the connection."));
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "Error The GPS source 127.0.0.1:10110 closed the connection.\n");
-    EXPECT_FALSE(m_system.tracking());
-    EXPECT_EQ(m_manager.stops, 1);
-    EXPECT_FALSE(m_state.coordinateIsLiveTracked());
-    EXPECT_FALSE(m_state.coordinateAccuracy().has_value());
-    EXPECT_EQ(m_alerts.count(), 0);
+// Refused begins turn tracking on and straight off, start nothing and alert every time.
+// Permission changes matter only while tracking; withdrawn, it stops without a word.
+const Transition transitions[] = {
+    {"OffBeginAlways", Off, Begin, Always, true, 1, 0, 0, 0, false, "on"},
+    {"OffBeginInUse", Off, Begin, InUse, true, 1, 0, 0, 0, false, "on"},
+    {"OffBeginUndecided", Off, Begin, Undecided, true, 0, 0, 1, 0, false, "on"},
+    {"OffBeginRestricted", Off, Begin, Restricted, false, 0, 0, 0, 1, false, "on off"},
+    {"OffBeginDenied", Off, Begin, Denied, false, 0, 0, 0, 1, false, "on off"},
+    {"OffEnd", Off, End, 0, false, 0, 0, 0, 0, false, ""},
+    {"OffBackground", Off, Background, 0, false, 0, 0, 0, 0, false, ""},
+    {"OffAlways", Off, Permission, Always, false, 0, 0, 0, 0, false, ""},
+    {"OffInUse", Off, Permission, InUse, false, 0, 0, 0, 0, false, ""},
+    {"OffUndecided", Off, Permission, Undecided, false, 0, 0, 0, 0, false, ""},
+    {"OffRestricted", Off, Permission, Restricted, false, 0, 0, 0, 0, false, ""},
+    {"OffDenied", Off, Permission, Denied, false, 0, 0, 0, 0, false, ""},
+    {"OffFail", Off, Fail, 0, false, 0, 0, 0, 0, false, "accuracy live"},
+    {"RefusedBeginDenied", Refused, Begin, Denied, false, 0, 0, 0, 1, false, "on off"},
+    {"AskingBegin", Asking, Begin, Undecided, true, 0, 0, 0, 0, false, ""},
+    {"AskingAlways", Asking, Permission, Always, true, 1, 0, 0, 0, false, ""},
+    {"AskingInUse", Asking, Permission, InUse, true, 1, 0, 0, 0, false, ""},
+    {"AskingUndecided", Asking, Permission, Undecided, true, 0, 0, 0, 0, false, ""},
+    {"AskingRestricted", Asking, Permission, Restricted, false, 0, 1, 0, 0, false, stopped},
+    {"AskingDenied", Asking, Permission, Denied, false, 0, 1, 0, 0, false, stopped},
+    {"AskingEnd", Asking, End, 0, false, 0, 1, 0, 0, false, stopped},
+    {"StartedBegin", Started, Begin, InUse, true, 0, 0, 0, 0, false, ""},
+    // Starting promises nothing about the point until a fix arrives.
+    {"StartedFix", Started, Fix, 0, true, 0, 0, 0, 0, true, landed},
+    {"StartedNoFix", Started, NoFix, 0, true, 0, 0, 0, 0, false, ""},
+    {"LiveFix", Live, Fix, 0, true, 0, 0, 0, 0, true, landed},
+    {"LiveEnd", Live, End, 0, false, 0, 1, 0, 0, false, stopped},
+    {"LiveBackground", Live, Background, 0, false, 0, 1, 0, 0, false, stopped},
+    {"LiveDenied", Live, Permission, Denied, false, 0, 1, 0, 0, false, stopped},
     // The stopping step, then the live flag cleared once more.
-    EXPECT_EQ(m_log, (Log{"tracking", "accuracy", "live", "accuracy", "live"}));
-}
+    {"LiveFail", Live, Fail, 0, false, 0, 1, 0, 0, false, "off accuracy live accuracy live"},
+    {"StoppedBegin", Stopped, Begin, InUse, true, 1, 0, 0, 0, false, "on"},
+    {"StoppedEnd", Stopped, End, 0, false, 0, 0, 0, 0, false, ""},
+    {"StoppedFix", Stopped, Fix, 0, false, 0, 0, 0, 0, true, landed},
+    {"LateEnd", Late, End, 0, false, 0, 0, 0, 0, true, ""},
+    {"LateBackground", Late, Background, 0, false, 0, 0, 0, 0, true, ""},
+    // Cleared even with tracking off: a late fix may have set it.
+    {"LateFail", Late, Fail, 0, false, 0, 0, 0, 0, false, "accuracy live"},
+};
 
-TEST_F(LocationTrackingSystemTest, AFailureWhenNotTrackingStillClearsTheLiveFlag)
-{
-    startTracking();
-    m_system.endTracking();
-    m_manager.deliver({east});
-    resetCounts();
-    testing::internal::CaptureStdout();
-    m_manager.fail(QStringLiteral("The NMEA log walk.nmea has ended."));
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Error The NMEA log walk.nmea has ended.\n");
-    EXPECT_EQ(m_manager.stops, 0);
-    EXPECT_FALSE(m_state.coordinateIsLiveTracked());
-    EXPECT_FALSE(m_state.coordinateAccuracy().has_value());
-    EXPECT_EQ(m_log, (Log{"accuracy", "live"}));
-}
-
-TEST_F(LocationTrackingSystemTest, GoingToTheBackgroundStopsForGood)
-{
-    startTracking();
-    m_manager.deliver({greenwich});
-    resetCounts();
-    m_system.applicationDidEnterBackground();
-    EXPECT_FALSE(m_system.tracking());
-    EXPECT_EQ(m_manager.stops, 1);
-    EXPECT_FALSE(m_state.coordinateIsLiveTracked());
-    EXPECT_EQ(m_log, (Log{"tracking", "accuracy", "live"}));
-    EXPECT_EQ(m_manager.starts, 0);
-}
-
-TEST_F(LocationTrackingSystemTest, GoingToTheBackgroundWhenNotTrackingDoesNothing)
-{
-    m_state.setCoordinateIsLiveTracked(true);
-    resetCounts();
-    m_system.applicationDidEnterBackground();
-    EXPECT_TRUE(m_state.coordinateIsLiveTracked());
-    EXPECT_EQ(m_manager.stops, 0);
-    EXPECT_TRUE(m_log.empty());
-}
-
-TEST_F(LocationTrackingSystemTest, TrackingCanStartAgainAfterStopping)
-{
-    startTracking();
-    m_system.endTracking();
-    m_system.beginTracking();
-    EXPECT_TRUE(m_system.tracking());
-    EXPECT_EQ(m_manager.starts, 2);
-    EXPECT_EQ(m_manager.stops, 1);
-    EXPECT_EQ(m_trackingSeen, (std::vector<bool>{true, false, true}));
-}
+INSTANTIATE_TEST_SUITE_P(LocationTracking, LocationTrackingSystemTest,
+                         testing::ValuesIn(transitions),
+                         [](const auto &info) { return std::string(info.param.name); });
 
 } // namespace

@@ -12,136 +12,109 @@ namespace {
 class PreferencesSystemTest : public testing::Test
 {
 protected:
-    QString path() const { return m_dir.filePath(QStringLiteral("settings.ini")); }
+    QString path() const { return dir.filePath(QStringLiteral("settings.ini")); }
 
-    QTemporaryDir m_dir;
-    UserDefaults m_defaults{path()};
-    NotificationCenter m_center;
-    PreferencesSystem m_preferences{m_defaults, m_center, QLocale(QLocale::German, QLocale::Germany)};
+    QTemporaryDir dir;
+    UserDefaults defaults{path()};
+    NotificationCenter center;
+    PreferencesSystem preferences{defaults, center, QLocale(QLocale::German, QLocale::Germany)};
 };
 
-TEST_F(PreferencesSystemTest, FreshStoreGivesTheDefaults)
+TEST_F(PreferencesSystemTest, FreshStoreAndUnknownStringsGiveTheDefaults)
 {
-    EXPECT_EQ(m_preferences.veltorFormat(), VeltorFormat::EightCharacters);
-    EXPECT_EQ(m_preferences.coordinateFormat(), CoordinateFormat::DegreesMinutesSeconds);
-    EXPECT_EQ(m_preferences.distanceFormat(), DistanceFormat::Metric);
-    EXPECT_TRUE(m_preferences.showGrid());
-    // Nothing is written until the user changes a setting.
-    EXPECT_FALSE(m_defaults.stringForKey(m_preferences.veltorFormatKey).has_value());
-    EXPECT_FALSE(QFile::exists(path()));
-}
-
-TEST_F(PreferencesSystemTest, DistanceDefaultFollowsTheLocale)
-{
-    const PreferencesSystem us(m_defaults, m_center, QLocale(QLocale::English, QLocale::UnitedStates));
+    const auto expectDefaults = [this] {
+        EXPECT_EQ(preferences.veltorFormat(), VeltorFormat::EightCharacters);
+        EXPECT_EQ(preferences.coordinateFormat(), CoordinateFormat::DegreesMinutesSeconds);
+        EXPECT_EQ(preferences.distanceFormat(), DistanceFormat::Metric);
+        EXPECT_TRUE(preferences.showGrid());
+    };
+    expectDefaults();
+    // The distance default follows the locale.
+    const PreferencesSystem us(defaults, center, QLocale(QLocale::English, QLocale::UnitedStates));
     EXPECT_EQ(us.distanceFormat(), DistanceFormat::Imperial);
+    // Nothing is written until the user changes a setting.
+    EXPECT_FALSE(QFile::exists(path()));
+
+    // Reads go to the store each time.
+    defaults.setObject(QStringLiteral("VeltorFormatSixCharacters"), preferences.veltorFormatKey);
+    EXPECT_EQ(preferences.veltorFormat(), VeltorFormat::SixCharacters);
+    defaults.setObject(QStringLiteral("CoordinateFormatDecimalDegree"),
+                       preferences.coordinateFormatKey);
+    defaults.setObject(QStringLiteral("veltorformattwocharacters"), preferences.veltorFormatKey);
+    defaults.setObject(QStringLiteral("DistanceFormatMiles"), preferences.distanceFormatKey);
+    defaults.setDouble(3.0, preferences.showGridKey);
+    expectDefaults();
+    // What the user's file holds stays there.
+    EXPECT_EQ(defaults.stringForKey(preferences.coordinateFormatKey),
+              QStringLiteral("CoordinateFormatDecimalDegree"));
 }
 
-TEST_F(PreferencesSystemTest, KeysAreTheStoredNames)
+TEST_F(PreferencesSystemTest, EveryWriteIsStoredUnderItsNameAndPostsItsNotification)
 {
-    m_preferences.setVeltorFormat(VeltorFormat::FourCharacters);
-    m_preferences.setCoordinateFormat(CoordinateFormat::DecimalDegrees);
-    m_preferences.setDistanceFormat(DistanceFormat::Imperial);
-    m_preferences.setShowGrid(false);
+    QStringList heard;
+    const NotificationObserver observer(
+        std::nullopt, &preferences,
+        [&](const QString &name, const QObject *) {
+            heard.append(name);
+            // The value was stored (and synchronised) before observers heard of it.
+            if (name == PreferencesSystemVeltorFormatDidChangeNotification) {
+                const UserDefaults stored(path());
+                EXPECT_EQ(stored.stringForKey(QStringLiteral("VeltorFormatPreference")),
+                          QStringLiteral("VeltorFormatEightCharacters"));
+            }
+        },
+        center);
+    // Even an unchanged value is announced.
+    preferences.setVeltorFormat(VeltorFormat::EightCharacters);
+    preferences.setVeltorFormat(VeltorFormat::EightCharacters);
+    preferences.setCoordinateFormat(CoordinateFormat::DecimalDegrees);
+    preferences.setDistanceFormat(DistanceFormat::Imperial);
+    preferences.setShowGrid(true);
+    QStringList expected;
+    for (const char *setting :
+         {"VeltorFormat", "VeltorFormat", "CoordinateFormat", "DistanceFormat", "ShowGrid"}) {
+        expected.append(QStringLiteral("PreferencesSystem%1DidChangeNotification")
+                            .arg(QLatin1String(setting)));
+    }
+    EXPECT_EQ(heard, expected);
     const UserDefaults reopened(path());
-    EXPECT_EQ(reopened.stringForKey(QStringLiteral("VeltorFormatPreference")),
-              QStringLiteral("VeltorFormatFourCharacters"));
     EXPECT_EQ(reopened.stringForKey(QStringLiteral("CoordinateFormatPreference")),
               QStringLiteral("CoordinateFormatDecimalDegrees"));
     EXPECT_EQ(reopened.stringForKey(QStringLiteral("DistanceFormatPreference")),
               QStringLiteral("DistanceFormatImperial"));
-    EXPECT_FALSE(reopened.boolForKey(QStringLiteral("ShowGridPreference")));
+    // Stored, not registered: the reopened store has no defaults.
+    EXPECT_TRUE(reopened.boolForKey(QStringLiteral("ShowGridPreference")));
 }
 
-TEST_F(PreferencesSystemTest, UnknownStringsReadAsDefaultsAndStayStored)
-{
-    m_defaults.setObject(QStringLiteral("CoordinateFormatDecimalDegree"), m_preferences.coordinateFormatKey);
-    m_defaults.setObject(QStringLiteral("veltorformattwocharacters"), m_preferences.veltorFormatKey);
-    m_defaults.setObject(QStringLiteral("DistanceFormatMiles"), m_preferences.distanceFormatKey);
-    m_defaults.setDouble(3.0, m_preferences.showGridKey);
-    EXPECT_EQ(m_preferences.coordinateFormat(), CoordinateFormat::DegreesMinutesSeconds);
-    EXPECT_EQ(m_preferences.veltorFormat(), VeltorFormat::EightCharacters);
-    EXPECT_EQ(m_preferences.distanceFormat(), DistanceFormat::Metric);
-    EXPECT_TRUE(m_preferences.showGrid());
-    EXPECT_EQ(m_defaults.stringForKey(m_preferences.coordinateFormatKey),
-              QStringLiteral("CoordinateFormatDecimalDegree"));
-}
-
-TEST_F(PreferencesSystemTest, ReadsGoToTheStore)
-{
-    m_defaults.setObject(QStringLiteral("VeltorFormatSixCharacters"), m_preferences.veltorFormatKey);
-    EXPECT_EQ(m_preferences.veltorFormat(), VeltorFormat::SixCharacters);
-}
-
-TEST_F(PreferencesSystemTest, EveryWritePostsItsNotificationEvenWhenUnchanged)
-{
-    std::vector<QString> heard;
-    const NotificationObserver observer(std::nullopt, &m_preferences,
-                                        [&](const QString &name, const QObject *object) {
-                                            EXPECT_EQ(object, &m_preferences);
-                                            heard.push_back(name);
-                                        },
-                                        m_center);
-    m_preferences.setVeltorFormat(VeltorFormat::EightCharacters);
-    m_preferences.setVeltorFormat(VeltorFormat::EightCharacters);
-    m_preferences.setCoordinateFormat(CoordinateFormat::DegreesDecimalMinutes);
-    m_preferences.setDistanceFormat(DistanceFormat::Imperial);
-    m_preferences.setShowGrid(true);
-    const std::vector<QString> expected = {
-        PreferencesSystemVeltorFormatDidChangeNotification,
-        PreferencesSystemVeltorFormatDidChangeNotification,
-        PreferencesSystemCoordinateFormatDidChangeNotification,
-        PreferencesSystemDistanceFormatDidChangeNotification,
-        PreferencesSystemShowGridDidChangeNotification,
-    };
-    EXPECT_EQ(heard, expected);
-    EXPECT_EQ(QString(PreferencesSystemShowGridDidChangeNotification),
-              QStringLiteral("PreferencesSystemShowGridDidChangeNotification"));
-    // The value was stored (and synchronised) before observers heard of it.
-    EXPECT_EQ(UserDefaults(path()).stringForKey(m_preferences.veltorFormatKey),
-              QStringLiteral("VeltorFormatEightCharacters"));
-}
-
-TEST_F(PreferencesSystemTest, ObserversFilterByNameAndSender)
+TEST_F(PreferencesSystemTest, ObserversFilterByNameAndSenderForAsLongAsTheirTokenLives)
 {
     int gridChanges = 0;
     int fromOthers = 0;
+    int any = 0;
     const NotificationObserver grid(QString(PreferencesSystemShowGridDidChangeNotification),
-                                    &m_preferences, [&](auto &&...) { ++gridChanges; }, m_center);
+                                    &preferences, [&](auto &&...) { ++gridChanges; }, center);
     const QObject other;
-    const NotificationObserver otherSender(std::nullopt, &other, [&](auto &&...) { ++fromOthers; },
-                                           m_center);
-    m_preferences.setShowGrid(false);
-    m_preferences.setVeltorFormat(VeltorFormat::TwoCharacters);
+    const NotificationObserver fromOther(std::nullopt, &other, [&](auto &&...) { ++fromOthers; },
+                                         center);
+    std::optional<NotificationObserver> token;
+    token.emplace(std::nullopt, nullptr, [&](auto &&...) { ++any; }, center);
+    preferences.setShowGrid(false);
+    preferences.setVeltorFormat(VeltorFormat::TwoCharacters);
     EXPECT_EQ(gridChanges, 1);
     EXPECT_EQ(fromOthers, 0);
-}
+    EXPECT_EQ(any, 2);
 
-TEST_F(PreferencesSystemTest, DestroyedTokenNoLongerHears)
-{
-    int calls = 0;
-    std::optional<NotificationObserver> token;
-    token.emplace(std::nullopt, nullptr, [&](auto &&...) { ++calls; }, m_center);
-    m_preferences.setShowGrid(false);
-    EXPECT_EQ(calls, 1);
+    // A moved token keeps one registration; a destroyed one no longer hears.
+    NotificationObserver moved = std::move(*token);
     token.reset();
-    m_preferences.setShowGrid(true);
-    EXPECT_EQ(calls, 1);
-}
-
-TEST_F(PreferencesSystemTest, MovedTokenKeepsOneRegistration)
-{
-    int calls = 0;
-    NotificationObserver first(std::nullopt, nullptr, [&](auto &&...) { ++calls; }, m_center);
-    NotificationObserver second = std::move(first);
-    m_preferences.setShowGrid(false);
-    EXPECT_EQ(calls, 1);
+    preferences.setShowGrid(false);
+    EXPECT_EQ(any, 3);
     {
-        NotificationObserver third(std::nullopt, nullptr, [](auto &&...) {}, m_center);
-        third = std::move(second);
+        NotificationObserver third(std::nullopt, nullptr, [](auto &&...) {}, center);
+        third = std::move(moved);
     }
-    m_preferences.setShowGrid(true);
-    EXPECT_EQ(calls, 1);
+    preferences.setShowGrid(true);
+    EXPECT_EQ(any, 3);
 }
 
 } // namespace

@@ -13,9 +13,9 @@
 class FakeTileSource : public TileSource
 {
 public:
-    explicit FakeTileSource(bool wholeLevels = false) : m_wholeLevels(wholeLevels) {}
+    explicit FakeTileSource(bool wholeLevels = false) : wholeLevels(wholeLevels) {}
 
-    bool wholeLevelsOnly() const override { return m_wholeLevels; }
+    bool wholeLevelsOnly() const override { return wholeLevels; }
     void requestTile(const TileKey &key, double devicePixelRatio) override
     {
         requests.push_back(key);
@@ -43,8 +43,7 @@ public:
     }
     void deliverAll(QColor colour = Qt::green)
     {
-        const auto keys = pending;
-        for (const TileKey &key : keys)
+        for (const TileKey &key : std::vector<TileKey>(pending.begin(), pending.end()))
             deliver(key, colour);
     }
     void fail(const TileKey &key)
@@ -57,7 +56,5 @@ public:
     std::vector<TileKey> cancels;
     std::unordered_set<TileKey, TileKeyHash> pending;
     double lastDevicePixelRatio = 0.0;
-
-private:
-    bool m_wholeLevels;
+    const bool wholeLevels;
 };

@@ -1,9 +1,6 @@
 #include "Localization.h"
 
-#include <QCoreApplication>
-#ifdef VELTOR_GTEST_GUI_APPLICATION
 #include <QGuiApplication>
-#endif
 #include <QStandardPaths>
 
 #include <gtest/gtest.h>
@@ -15,12 +12,12 @@ int main(int argc, char **argv)
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     QStandardPaths::setTestModeEnabled(true);
 #ifdef VELTOR_GTEST_GUI_APPLICATION
-    // Run directly as well as from ctest: no display is needed to paint into images.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Windows render in software, the same on every machine, GPU or none.
-    if (qEnvironmentVariableIsEmpty("QT_QUICK_BACKEND"))
-        qputenv("QT_QUICK_BACKEND", "software");
+    // Run directly as well as from ctest: no display is needed to paint into images. Windows
+    // render in software, the same on every machine, GPU or none.
+    for (const auto &[name, value] : {std::pair("QT_QPA_PLATFORM", "offscreen"),
+                                      std::pair("QT_QUICK_BACKEND", "software")})
+        if (qEnvironmentVariableIsEmpty(name))
+            qputenv(name, value);
     QGuiApplication app(argc, argv);
 #else
     QCoreApplication app(argc, argv);
