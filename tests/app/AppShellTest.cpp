@@ -47,9 +47,6 @@ private slots:
         const std::tuple<const char *, const char *, QByteArray, int, int> rows[] = {
             // The map too: basemap, grid, labels and pin in the red palette.
             {"root, red", "--appearance red", {}, 0, Dark | RedOnly},
-            {"settings by day", "--open settings --appearance day", {}, 0, Light},
-            {"latitude keypad, red", "--open latitude-keypad --appearance red", {}, 0,
-             Dark | RedOnly},
             {"locator keypad, night, landscape",
              "--open locator-keypad --size 844x390 --appearance night", {}, 0, Dark},
             {"seattle, six-character cells", "--zoom 11 --size 390x844",

@@ -41,33 +41,25 @@ TEST(MapProjection, ProjectsOntoTheWorldAndBack)
 
 TEST(MapProjection, RoundTripsWithinANanodegreeUpTo85Degrees)
 {
-    std::vector<double> latitudes{-85.0, 85.0, 0.0, 51.5, -33.9};
     for (double latitude = -85.0; latitude <= 85.0; latitude += 0.37)
-        latitudes.push_back(latitude);
-    double worst = 0.0;
-    for (const double latitude : latitudes) {
         for (double longitude = -180.0; longitude <= 180.0; longitude += 7.3) {
             const Coordinate back =
                 coordinateForMapPoint(mapPointForCoordinate({latitude, longitude}));
-            worst = std::max({worst, std::fabs(back.latitude - latitude),
-                              std::fabs(back.longitude - longitude)});
+            ASSERT_NEAR(back.latitude, latitude, 1e-9) << longitude;
+            ASSERT_NEAR(back.longitude, longitude, 1e-9) << latitude;
         }
-    }
-    EXPECT_LT(worst, 1e-9);
 }
 
 TEST(MapProjection, PolesAreFiniteAndBeyondTheEdges)
 {
     const MapPoint north = mapPointForCoordinate({90.0, 0.0});
     const MapPoint south = mapPointForCoordinate({-90.0, 0.0});
-    ASSERT_TRUE(std::isfinite(north.y));
-    ASSERT_TRUE(std::isfinite(south.y));
+    ASSERT_TRUE(std::isfinite(north.y) && std::isfinite(south.y));
     EXPECT_LT(north.y, 0.0);
     EXPECT_GT(south.y, H);
     // Symmetric about the equator, and the clamp keeps the order of latitudes.
     EXPECT_NEAR(north.y - H / 2, -(south.y - H / 2), 1e-3 * H);
     EXPECT_LT(north.y, mapPointForCoordinate({89.9, 0.0}).y);
-    EXPECT_GT(south.y, mapPointForCoordinate({-89.9, 0.0}).y);
     // Past the poles is the same as the poles.
     EXPECT_EQ(mapPointForCoordinate({1e6, 0.0}).y, north.y);
     EXPECT_EQ(mapPointForCoordinate({-std::numeric_limits<double>::infinity(), 0.0}).y, south.y);

@@ -9,6 +9,7 @@
 #include <cmath>
 #include <memory>
 #include <set>
+#include <tuple>
 
 namespace {
 
@@ -62,29 +63,26 @@ Cells cells(const std::vector<TileKey> &keys)
 
 TEST(MapTileLayer, TilesAreDrawnAtWholeLevelsWhileMovingAndExactlyOnceSettled)
 {
-    struct Case
-    {
-        const char *name;
-        double level;
-        bool exact, wholeLevels;
-        double devicePixelRatio, tileLevel;
-    };
-    for (const Case &c : {Case{"settled fraction", -8.3, true, false, 1, -8.3},
-                          Case{"moving rounds down", -8.3, false, false, 1, -8},
-                          Case{"moving rounds up", -8.7, false, false, 1, -9},
-                          Case{"moving whole level", -5, false, false, 2, -5},
-                          // A raster server at twice the pixels: one level finer.
-                          Case{"raster at ratio 2", -8, true, true, 2, -7},
-                          Case{"raster rounds", -8.4, true, true, 1, -8},
-                          // Servers stop at level 19; beyond, it is scaled up.
-                          Case{"raster capped", 2, true, true, 1, -1}}) {
-        SCOPED_TRACE(c.name);
-        Fixture f(true, c.wholeLevels);
-        f.show(middle, middle, c.level, c.devicePixelRatio, c.exact);
-        EXPECT_DOUBLE_EQ(f.layer->tileScale(), std::exp2(c.tileLevel));
+    // A name, the view's level, whether settled, whole levels only, the device pixel ratio and
+    // the level of the tiles asked for.
+    const std::tuple<const char *, double, bool, bool, double, double> cases[] = {
+        {"settled fraction", -8.3, true, false, 1, -8.3},
+        {"moving rounds down", -8.3, false, false, 1, -8},
+        {"moving rounds up", -8.7, false, false, 1, -9},
+        {"moving whole level", -5, false, false, 2, -5},
+        // A raster server at twice the pixels: one level finer.
+        {"raster at ratio 2", -8, true, true, 2, -7},
+        {"raster rounds", -8.4, true, true, 1, -8},
+        // Servers stop at level 19; beyond, it is scaled up.
+        {"raster capped", 2, true, true, 1, -1}};
+    for (const auto &[name, level, exact, wholeLevels, ratio, tileLevel] : cases) {
+        SCOPED_TRACE(name);
+        Fixture f(true, wholeLevels);
+        f.show(middle, middle, level, ratio, exact);
+        EXPECT_DOUBLE_EQ(f.layer->tileScale(), std::exp2(tileLevel));
         ASSERT_FALSE(f.source->requests.empty());
         for (const TileKey &key : f.source->requests)
-            EXPECT_DOUBLE_EQ(key.zoomScale, std::exp2(c.tileLevel));
+            EXPECT_DOUBLE_EQ(key.zoomScale, std::exp2(tileLevel));
     }
 }
 
@@ -119,6 +117,12 @@ TEST(MapTileLayer, RequestsExactlyTheTilesThatMeetTheViewOnceAndDrawsThemWhereTh
     }
     EXPECT_EQ(drawn.size(), 12u);
     EXPECT_EQ(cells(drawn), expected);
+
+    // A new pixel density draws every tile again.
+    f.layer->update(visible, z, 3.0, true);
+    EXPECT_EQ(f.source->requests.size(), 24u);
+    EXPECT_DOUBLE_EQ(f.source->lastDevicePixelRatio, 3.0);
+    EXPECT_EQ(f.layer->cache().count(), 0u);
 }
 
 TEST(MapTileLayer, TilesThatLeaveTheViewAreCancelledAndALateOneIsNotAnnounced)
@@ -156,9 +160,17 @@ TEST(MapTileLayer, AViewAcrossTheAntimeridianDrawsTheSameTilesInBothWorldCopies)
     EXPECT_EQ(edges, (std::set<std::pair<std::int64_t, double>>{{0, W}, {255, W}}));
 }
 
-TEST(MapTileLayer, AtAFractionalScaleTheLastColumnIsCutAtTheWorldsEdge)
+TEST(MapTileLayer, NothingIsRequestedBeyondThePolesAndTheLastColumnIsCutAtTheWorldsEdge)
 {
     Fixture f;
+    f.show(middle, 0.0, -10.0);
+    f.show(middle, W, -10.0);
+    ASSERT_FALSE(f.source->requests.empty());
+    for (const TileKey &key : f.source->requests) {
+        EXPECT_GE(key.row, 0);
+        EXPECT_LT(key.row, std::int64_t(W / 256 / 1024)); // a whole level has no part row
+    }
+    // At a fractional scale the world is not a whole number of tiles wide.
     const double tile = 256.0 / std::exp2(-12.5);
     const auto lastColumn = std::int64_t(std::ceil(W / tile)) - 1;
     f.show(W - 100.0, middle, -12.5);
@@ -175,65 +187,39 @@ TEST(MapTileLayer, AtAFractionalScaleTheLastColumnIsCutAtTheWorldsEdge)
     EXPECT_GT(seen, 0);
 }
 
-TEST(MapTileLayer, NothingIsRequestedAboveOrBelowTheWorld)
-{
-    Fixture f;
-    const double tile = 256 / std::exp2(-10.0);
-    f.show(middle, 0.0, -10.0);
-    f.show(middle, W, -10.0);
-    ASSERT_FALSE(f.source->requests.empty());
-    for (const TileKey &key : f.source->requests) {
-        EXPECT_GE(key.row, 0);
-        EXPECT_LT(key.row, std::int64_t(W / tile));
-    }
-}
-
 // ---- stand-ins while tiles are pending ----------------------------------------------------------
 
 TEST(MapTileLayer, AMissingTileIsCoveredByCachedTilesOfOtherScalesClippedToIt)
 {
-    Fixture f;
-    const double x = middle + 5000, y = middle + 3000;
-    f.show(x, y, -9.0);
-    f.source->deliverAll(Qt::blue);
-    f.show(x, y, -8.0);
-    ASSERT_FALSE(f.layer->isComplete());
-    const auto &draws = f.layer->drawList();
-    ASSERT_FALSE(draws.empty());
+    Fixture translucent(false), opaque(true);
+    const double center = middle + 5000;
+    for (Fixture *f : {&translucent, &opaque}) {
+        for (const double level : {-10.0, -9.0}) {
+            f->show(center, center, level);
+            f->source->deliverAll(Qt::blue);
+        }
+        f->show(center, center, -8.0);
+    }
+    EXPECT_EQ(opaque.drawnScales(), (std::set<double>{std::exp2(-10.0), std::exp2(-9.0)}));
+    // Coarsest first, so the nearer scale lies on top.
+    EXPECT_DOUBLE_EQ(opaque.layer->drawList().front().key.zoomScale, std::exp2(-10.0));
+    // Two translucent tiles over each other would show through: only the nearest scale.
+    EXPECT_EQ(translucent.drawnScales(), std::set<double>{std::exp2(-9.0)});
+    ASSERT_FALSE(translucent.layer->isComplete());
     const double fineTile = 256.0 / std::exp2(-8.0);
     double area = 0.0;
-    for (const TileDraw &draw : draws) {
-        EXPECT_DOUBLE_EQ(draw.key.zoomScale, std::exp2(-9.0));
+    for (const TileDraw &draw : translucent.layer->drawList()) {
         // Half a coarse tile covers one fine tile: 128 of its 256 pixels each way.
         EXPECT_DOUBLE_EQ(draw.source.width(), 128.0);
         EXPECT_DOUBLE_EQ(draw.target.width, fineTile);
         area += draw.target.width * draw.target.height;
     }
     // Each stand-in covers exactly one missing tile, so together they cover the pending tiles.
-    EXPECT_DOUBLE_EQ(area, double(f.source->pending.size()) * fineTile * fineTile);
+    EXPECT_DOUBLE_EQ(area, double(translucent.source->pending.size()) * fineTile * fineTile);
     // The real tiles, once there, come after (above) any stand-in.
-    const TileKey arrived = *f.source->pending.begin();
-    f.source->deliver(arrived, Qt::red);
-    EXPECT_EQ(f.layer->drawList().back().key, arrived);
-}
-
-TEST(MapTileLayer, ATranslucentLayerUsesOnlyTheNearestScaleAsStandIn)
-{
-    Fixture translucent(false);
-    Fixture opaque(true);
-    const double center = middle + 5000;
-    for (Fixture *f : {&translucent, &opaque}) {
-        for (const double level : {-10.0, -9.0}) {
-            f->show(center, center, level);
-            f->source->deliverAll();
-        }
-        f->show(center, center, -8.0);
-    }
-    // Two translucent tiles over each other would show through.
-    EXPECT_EQ(translucent.drawnScales(), std::set<double>{std::exp2(-9.0)});
-    EXPECT_EQ(opaque.drawnScales(), (std::set<double>{std::exp2(-10.0), std::exp2(-9.0)}));
-    // Coarsest first, so the nearer scale lies on top.
-    EXPECT_DOUBLE_EQ(opaque.layer->drawList().front().key.zoomScale, std::exp2(-10.0));
+    const TileKey arrived = *translucent.source->pending.begin();
+    translucent.source->deliver(arrived, Qt::red);
+    EXPECT_EQ(translucent.layer->drawList().back().key, arrived);
 }
 
 // ---- failures -----------------------------------------------------------------------------------
@@ -246,13 +232,10 @@ TEST(MapTileLayer, ATileThePrimaryCannotHaveComesFromTheFallback)
     f.show(middle, middle, -8.0);
     const TileKey key = f.source->requests.front();
     f.source->fail(key);
-    ASSERT_EQ(fallback->requests.size(), 1u);
-    EXPECT_EQ(fallback->requests.front(), key);
+    ASSERT_EQ(fallback->requests, std::vector{key});
     fallback->deliver(key, Qt::yellow);
-    const auto &draws = f.layer->drawList();
-    const auto found =
-        std::find_if(draws.begin(), draws.end(), [&](const TileDraw &d) { return d.key == key; });
-    ASSERT_NE(found, draws.end());
+    const auto found = std::ranges::find(f.layer->drawList(), key, &TileDraw::key);
+    ASSERT_NE(found, f.layer->drawList().end());
     EXPECT_EQ(found->image.pixelColor(10, 10), QColor(Qt::yellow));
 }
 
@@ -271,19 +254,7 @@ TEST(MapTileLayer, ATileNobodyCanDrawDoesNotHoldTheViewBack)
     EXPECT_EQ(f.source->requests.size(), requests);
 }
 
-// ---- pixel density and memory -------------------------------------------------------------------
-
-TEST(MapTileLayer, ANewPixelDensityDrawsEveryTileAgain)
-{
-    Fixture f;
-    f.show(middle, middle, -8.0);
-    f.source->deliverAll();
-    const auto first = f.source->requests.size();
-    f.show(middle, middle, -8.0, 3.0);
-    EXPECT_EQ(f.source->requests.size(), 2 * first);
-    EXPECT_DOUBLE_EQ(f.source->lastDevicePixelRatio, 3.0);
-    EXPECT_EQ(f.layer->cache().count(), 0u);
-}
+// ---- memory -------------------------------------------------------------------------------------
 
 TEST(MapTileLayer, ALongPanKeepsTheCacheWithinItsBoundAndTheViewDrawn)
 {

@@ -128,7 +128,7 @@ protected:
 
 // ---- addresses ------------------------------------------------------------------------------
 
-TEST(OnlineTileSource, SubstitutesLevelColumnAndRowForTilesTheServerHas)
+TEST(OnlineTileSource, SubstitutesLevelColumnAndRowInWebAddressesWithAllThreePlaceholders)
 {
     const QTemporaryDir cache;
     OnlineTileSource source(QStringLiteral("https://tile.example.org/{z}/{x}/{y}.png"), QString(),
@@ -158,26 +158,21 @@ TEST(OnlineTileSource, SubstitutesLevelColumnAndRowForTilesTheServerHas)
         QStringLiteral("https://{s}.tile.example.org/{z}/{x}/{y}?k={z}"), QString(), cache.path());
     EXPECT_EQ(lettered.urlForTile(keyAt(4, 1, 2))->toString().toStdString(),
               "https://a.tile.example.org/4/1/2?k=4");
-    EXPECT_TRUE(OnlineTileSource::defaultCacheDirectory().endsWith(QStringLiteral("/tiles")));
-}
 
-TEST(OnlineTileSource, OnlyWebAddressesWithAllThreePlaceholdersServeTiles)
-{
+    // Only web addresses with all three placeholders serve tiles.
     const std::pair<const char *, bool> templates[] = {
         {"https://tile.example.org/{z}/{x}/{y}.png", true},
         {"http://{s}.tiles.test:8080/{z}/{x}/{y}", true},
         {"https://t.test/tile?z={z}&x={x}&y={y}", true},
-        {"https://tile.example.org/{z}/{x}.png", false},
-        {"https://tile.example.org/{x}/{y}.png", false},
         {"file:///tmp/{z}/{x}/{y}.png", false},
+        {"https://tile.example.org/{z}/{x}.png", false},
         {"https:///{z}/{x}/{y}", false},
+        {"https://tile.example.org/{x}/{y}.png", false},
         {"{z} {x} {y}", false},
-        {"", false},
-    };
-    for (const auto &[urlTemplate, usable] : templates) {
+        {"", false}};
+    for (const auto &[urlTemplate, usable] : templates)
         EXPECT_EQ(!OnlineTileSource::problemWithTemplate(QString::fromUtf8(urlTemplate)), usable)
             << urlTemplate;
-    }
 }
 
 // ---- answers ---------------------------------------------------------------------------------

@@ -32,7 +32,6 @@ TEST(RenderedTileSource, GridTilesDrawnOnFourThreadsAtOnceMatchTilesDrawnOneByOn
     QSignalSpy ready(&source, &TileSource::tileReady);
     for (const TileKey &key : keys)
         source.requestTile(key, 2.0);
-    EXPECT_EQ(source.pendingCount(), int(keys.size()));
     source.waitForWorkers();
     QCoreApplication::processEvents();
     ASSERT_EQ(ready.count(), int(keys.size()));
@@ -41,9 +40,8 @@ TEST(RenderedTileSource, GridTilesDrawnOnFourThreadsAtOnceMatchTilesDrawnOneByOn
     for (const QList<QVariant> &signal : ready) {
         const auto key = signal.at(0).value<TileKey>();
         EXPECT_EQ(std::erase(keys, key), 1u); // each tile once
-        const auto threaded = signal.at(1).value<QImage>();
-        ASSERT_EQ(threaded.size(), QSize(512, 512));
-        EXPECT_EQ(threaded, draw(key, 2.0)) << "level " << zoomLevelForScale(key.zoomScale);
+        EXPECT_EQ(signal.at(1).value<QImage>(), draw(key, 2.0))
+            << "level " << zoomLevelForScale(key.zoomScale);
     }
 }
 

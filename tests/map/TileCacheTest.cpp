@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <random>
 #include <set>
 #include <sstream>
 #include <string>
@@ -26,12 +25,6 @@ QImage imageOfKiB(int kib, QRgb fill = 0xff336699)
 TileKey keyAt(int level, std::int64_t column, std::int64_t row)
 {
     return {zoomScaleForLevel(level), column, row};
-}
-
-// Single-letter names for keys in the scripted cases: A is column 0, B column 1, ...
-TileKey letterKey(char letter)
-{
-    return keyAt(10, letter - 'A', 7);
 }
 
 TEST(TileCache, ScriptedUseKeepsTheMostRecentlyUsedWithinTheBound)
@@ -72,7 +65,7 @@ TEST(TileCache, ScriptedUseKeepsTheMostRecentlyUsedWithinTheBound)
             [&](const TileKey &key) { return protectedLetters.contains(char('A' + key.column)); });
         std::istringstream ops(script);
         for (std::string op; ops >> op;) {
-            const TileKey key = letterKey(op[1]);
+            const TileKey key = keyAt(10, op[1] - 'A', 7); // A is column 0, B column 1, ...
             if (op[0] == '+')
                 cache.insert(key, imageOfKiB(std::stoi(op.substr(2))));
             else if (op[0] == '-')
@@ -99,40 +92,6 @@ TEST(TileCache, ScriptedUseKeepsTheMostRecentlyUsedWithinTheBound)
         EXPECT_EQ(cache.count(), survivors.size());
         EXPECT_EQ(cache.bytes(), bytes);
     }
-}
-
-TEST(TileCache, KeepsTheBoundAndTheTilesOnScreenUnderRandomUse)
-{
-    constexpr qint64 bound = 2048 * KiB;
-    TileCache cache(bound);
-    // A 4 × 3 screen of 64 KiB tiles (768 KiB) fits; the rest of the bound churns.
-    cache.setProtected([](const TileKey &key) {
-        return key.zoomScale == zoomScaleForLevel(12) && key.column < 4 && key.row < 3;
-    });
-    for (int i = 0; i < 12; ++i)
-        cache.insert(keyAt(12, i % 4, i / 4), imageOfKiB(64));
-
-    std::mt19937 random(20240611);
-    std::uniform_int_distribution<int> level(8, 11), place(0, 40), kib(1, 300), action(0, 9);
-    for (int i = 0; i < 10'000; ++i) {
-        const TileKey key = keyAt(level(random), place(random), place(random));
-        const int a = action(random);
-        const int size = a == 2 ? 2049 + kib(random) : kib(random); // now and then over the bound
-        if (a == 1) {
-            cache.find(key);
-        } else {
-            a == 0 ? cache.remove(key) : cache.insert(key, imageOfKiB(size));
-            ASSERT_EQ(cache.contains(key), a > 0 && size * KiB <= bound) << i;
-        }
-        ASSERT_LE(cache.bytes(), bound) << i;
-        ASSERT_GE(cache.bytes(), 0) << i;
-    }
-    qint64 sum = 0;
-    for (const TileKey &key : cache.keysIntersecting(MapRect::world()))
-        sum += cache.find(key)->sizeInBytes();
-    EXPECT_EQ(cache.bytes(), sum);
-    for (int i = 0; i < 12; ++i)
-        EXPECT_TRUE(cache.contains(keyAt(12, i % 4, i / 4))) << i;
 }
 
 TEST(TileCache, FindsCachedTilesOfEveryScaleThatOverlapAnArea)

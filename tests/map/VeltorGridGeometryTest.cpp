@@ -57,13 +57,11 @@ TEST(VeltorGridLevels, PicksTheLevelForTheZoomScaleAndPreference)
                  a3 = std::nextafter(0.03, 1.0);
     const double divisions[] = {18.0, 180.0, 4320.0, 43200.0};
     const std::tuple<double, VeltorFormat, int> cases[] = {
-        {1e-9, Two, 0},   {0.0001, Two, 0},   {0.0002, Two, 0}, {0.0015, Two, 0},
-        {0.002, Two, 0},  {0.03, Two, 0},     {0.05, Two, 0},   {1.0, Two, 0},
-        {1e6, Two, 0},    {0.05, Eight, 3},   {a3, Eight, 3},   {0.03, Eight, 2},
-        {a15, Eight, 2},  {0.0015, Eight, 1}, {a1, Eight, 1},   {0.0001, Eight, 0},
-        {1e-6, Eight, 0}, {100.0, Eight, 3},  {1.0, Four, 1},   {0.05, Four, 1},
-        {a1, Four, 1},    {0.0001, Four, 0},  {1.0, Six, 2},    {0.05, Six, 2},
-        {a15, Six, 2},    {0.0015, Six, 1},   {0.0001, Six, 0}, {0.0, Eight, 0}};
+        {0.0, Two, 0},      {0.0015, Two, 0}, {a15, Two, 0},      {1e6, Two, 0},
+        {0.05, Eight, 3},   {a3, Eight, 3},   {0.03, Eight, 2},   {a15, Eight, 2},
+        {0.0015, Eight, 1}, {a1, Eight, 1},   {0.0001, Eight, 0}, {0.0, Eight, 0},
+        {100.0, Eight, 3},  {1.0, Four, 1},   {a1, Four, 1},      {0.0001, Four, 0},
+        {1.0, Six, 2},      {a15, Six, 2},    {0.0015, Six, 1},   {0.0001, Six, 0}};
     for (const auto &[z, preference, level] : cases) {
         SCOPED_TRACE(testing::Message() << "z " << z << " preference " << int(preference));
         EXPECT_EQ(VeltorGrid::gridLevel(z, preference), level);
@@ -98,14 +96,13 @@ TEST(VeltorGridLines, EdgesOnMeridiansGiveExactlyTheCellsInside)
     EXPECT_EQ(grid.cells.back().label, QStringLiteral("IJ90"));
 }
 
+// A rectangle on Greenwich, many parallels tall.
 TEST(VeltorGridLines, ARectangleOnOneMeridianHasOneLineAndNoCells)
 {
     for (const double n : {18.0, 180.0, 4320.0, 43200.0}) {
-        // On Greenwich, many parallels tall.
         const Grid grid = gridOf({W / 2, H / 4, 0.0, H / 2}, 0.001, n, Eight);
         ASSERT_EQ(grid.columns.size(), 1u) << n;
         EXPECT_NEAR(grid.columns[0], W / 2, 0.5 / 0.001);
-        expectSnapped(grid.columns, 0.001);
         EXPECT_GT(grid.rows.size(), 2u);
         EXPECT_TRUE(grid.cells.empty());
     }
@@ -117,6 +114,8 @@ TEST(VeltorGridLines, AlwaysAtLeastOneLineInOrder)
     std::uniform_real_distribution<double> position(-0.25 * W, 1.25 * W);
     std::uniform_real_distribution<double> logSize(-3.0, 6.0);
     std::uniform_int_distribution<int> level(0, 3);
+    const double south = mapPointForCoordinate({-90, 0}).y,
+                 north = mapPointForCoordinate({90, 0}).y;
     for (int i = 0; i < 500; ++i) {
         const double n = VeltorGrid::divisionsForLevel(level(random));
         const double width = i % 7 == 0 ? 0.0 : std::pow(10.0, logSize(random));
@@ -124,15 +123,12 @@ TEST(VeltorGridLines, AlwaysAtLeastOneLineInOrder)
         const MapRect rect{position(random), position(random), width, height};
         const double z = std::pow(10.0, -logSize(random) + 1.0);
         const Grid grid = gridOf(rect, z, n, Two);
-        ASSERT_FALSE(grid.columns.empty());
-        ASSERT_FALSE(grid.rows.empty());
+        ASSERT_FALSE(grid.columns.empty() || grid.rows.empty());
         ASSERT_TRUE(std::is_sorted(grid.columns.begin(), grid.columns.end()));
         ASSERT_TRUE(std::is_sorted(grid.rows.rbegin(), grid.rows.rend())); // south to north
-        // The lines reach the rectangle's edges (up to the half point of snapping).
+        // The lines reach the rectangle's edges (up to the half point of snapping), and the poles.
         EXPECT_LE(grid.columns.front(), rect.minX() + 0.5 / z);
         EXPECT_GE(grid.columns.back(), rect.maxX() - 0.5 / z);
-        const double south = mapPointForCoordinate({-90, 0}).y;
-        const double north = mapPointForCoordinate({90, 0}).y;
         EXPECT_GE(grid.rows.front(), std::min(rect.maxY(), south) - 0.5 / z);
         EXPECT_LE(grid.rows.back(), std::max(rect.minY(), north) + 0.5 / z);
         EXPECT_EQ(grid.cells.size(), (grid.columns.size() - 1) * (grid.rows.size() - 1));
@@ -171,28 +167,6 @@ TEST(VeltorGridLines, ParallelsAtThePolesAreFinite)
     rowsOf({0, -H, 10, H / 2});
 }
 
-TEST(VeltorGridCells, APointInsideACellHasTheCellsEdges)
-{
-    // London with squares: IO91, between the meridians 2° W and 0° and the parallels 51° and
-    // 52° N, each snapped.
-    const double z = std::ldexp(1.0, -12);
-    const MapPoint london = mapPointForCoordinate({51.5074, -0.1278});
-    const Grid grid = gridOf({london.x, london.y, 0.0, 0.0}, z, 180.0, Four);
-    ASSERT_EQ(grid.cells.size(), 1u);
-    const VeltorGrid::Cell &io91 = grid.cells[0];
-    EXPECT_EQ(io91.label, QStringLiteral("IO91"));
-    EXPECT_NEAR(io91.rect.minX(), mapPointForCoordinate({0, -2}).x, 0.5 / z);
-    EXPECT_NEAR(io91.rect.maxX(), W / 2, 0.5 / z);
-    EXPECT_NEAR(io91.rect.minY(), mapPointForCoordinate({52, 0}).y, 0.5 / z);
-    EXPECT_NEAR(io91.rect.maxY(), mapPointForCoordinate({51, 0}).y, 0.5 / z);
-    // The centre is the rectangle's midpoint, its coordinate the inverse projection of it: the
-    // Mercator midpoint of 51° and 52° lies a little north of 51.5°.
-    EXPECT_EQ(io91.centre, (MapPoint{io91.rect.midX(), io91.rect.midY()}));
-    EXPECT_NEAR(io91.coordinate.longitude, -1.0, 0.003);
-    EXPECT_NEAR(io91.coordinate.latitude, 51.5027, 0.003);
-    EXPECT_GT(io91.coordinate.latitude, 51.5);
-}
-
 TEST(VeltorGridCells, ColumnByColumnWestToEastThenSouthToNorth)
 {
     const std::vector<VeltorGrid::Cell> cells =
@@ -202,6 +176,8 @@ TEST(VeltorGridCells, ColumnByColumnWestToEastThenSouthToNorth)
                                 {200, 800, 100, 100}, {200, 700, 100, 100}, {200, 600, 100, 100}};
     for (std::size_t k = 0; k < cells.size(); ++k) {
         EXPECT_EQ(cells[k].rect, expected[k]) << k;
+        // The centre is the midpoint in map points, so its latitude is Mercator's, not the mean.
+        EXPECT_EQ(cells[k].centre, (MapPoint{expected[k].midX(), expected[k].midY()}));
         EXPECT_EQ(cells[k].coordinate, coordinateForMapPoint(cells[k].centre));
         EXPECT_EQ(cells[k].label, formatterFor(Eight).stringFromCoordinate(cells[k].coordinate));
     }

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <set>
@@ -22,25 +23,15 @@ constexpr VeltorFormat Eight = VeltorFormat::EightCharacters;
 
 // ---- pixels ----------------------------------------------------------------------------------
 
-struct Argb
-{
-    double a, r, g, b; // premultiplied, 0..255
-};
-
-constexpr Argb transparent{0, 0, 0, 0};
-
-Argb premultiplied(const QColor &colour)
-{
-    const double a = colour.alpha();
-    return {a, colour.red() * a / 255.0, colour.green() * a / 255.0, colour.blue() * a / 255.0};
-}
+using Argb = std::array<double, 4>; // premultiplied alpha, red, green, blue, 0..255
+constexpr Argb transparent{};
 
 // Source over destination, both premultiplied.
-Argb over(const QColor &source, const Argb &dst)
+Argb over(const QColor &source, const Argb &dst = transparent)
 {
-    const Argb src = premultiplied(source);
-    const double k = (255.0 - src.a) / 255.0;
-    return {src.a + dst.a * k, src.r + dst.r * k, src.g + dst.g * k, src.b + dst.b * k};
+    const double a = source.alpha() / 255.0, k = 1.0 - a;
+    return {255.0 * a + dst[0] * k, source.red() * a + dst[1] * k, source.green() * a + dst[2] * k,
+            source.blue() * a + dst[3] * k};
 }
 
 Argb pixel(const QImage &image, int x, int y)
@@ -52,8 +43,8 @@ Argb pixel(const QImage &image, int x, int y)
 
 double difference(const Argb &p, const Argb &q)
 {
-    return std::max(
-        {std::fabs(p.a - q.a), std::fabs(p.r - q.r), std::fabs(p.g - q.g), std::fabs(p.b - q.b)});
+    return std::max({std::fabs(p[0] - q[0]), std::fabs(p[1] - q[1]), std::fabs(p[2] - q[2]),
+                     std::fabs(p[3] - q[3])});
 }
 
 // The largest channel difference between an image and the same-sized part of another at offset.
@@ -72,25 +63,19 @@ testing::AssertionResult pixelIs(const QImage &image, int x, int y, const Argb &
     const Argb p = pixel(image, x, y);
     if (difference(p, expected) <= 2.0)
         return testing::AssertionSuccess();
-    return testing::AssertionFailure() << "pixel (" << x << ", " << y << ") is argb(" << p.a << ", "
-                                       << p.r << ", " << p.g << ", " << p.b << ")";
+    return testing::AssertionFailure() << "pixel (" << x << ", " << y << ") is argb(" << p[0]
+                                       << ", " << p[1] << ", " << p[2] << ", " << p[3] << ")";
 }
 
 // Glyph ink: the text colour (0.2, 0.2, 0.4) covering at least about half of an opaque pixel.
 // (Lines, line over halo, are darker but translucent.)
-bool isTextCore(const QImage &image, int x, int y)
-{
-    const Argb p = pixel(image, x, y);
-    return p.a >= 250.0 && p.r <= 160.0 && p.b > p.r;
-}
-
 QRect textCoreBounds(const QImage &image, QRect window = QRect())
 {
     window = window.isNull() ? image.rect() : window;
     QRect bounds;
     for (int y = window.top(); y <= window.bottom(); ++y)
         for (int x = window.left(); x <= window.right(); ++x)
-            if (isTextCore(image, x, y))
+            if (const Argb p = pixel(image, x, y); p[0] >= 250.0 && p[1] <= 160.0 && p[3] > p[1])
                 bounds |= QRect(x, y, 1, 1);
     return bounds;
 }
@@ -144,134 +129,89 @@ VeltorGrid::Cell io91(double zoomScale)
 // squares, subsquares and extended squares, and squares far zoomed in.
 TEST(VeltorGridOverlayRenderer, OnePointLineWithAOnePointHaloOnEachSideAtEveryLevel)
 {
-    const Argb halo = over(VeltorGridOverlayRenderer::haloColor(), transparent);
-    const Argb line = over(VeltorGridOverlayRenderer::lineColor(), halo);
+    const QColor lineColour = VeltorGridOverlayRenderer::lineColor();
+    const Argb halo = over(VeltorGridOverlayRenderer::haloColor());
+    const Argb line = over(lineColour, halo);
     // Where the two lines cross, the line colour lies over two halos.
-    const Argb crossing = over(VeltorGridOverlayRenderer::lineColor(),
-                               over(VeltorGridOverlayRenderer::lineColor(),
-                                    over(VeltorGridOverlayRenderer::haloColor(), halo)));
+    const Argb crossing =
+        over(lineColour, over(lineColour, over(VeltorGridOverlayRenderer::haloColor(), halo)));
     const std::tuple<double, VeltorFormat, int> cases[] = {
         {0x1p-17, Eight, 1}, {0x1p-12, Eight, 1}, {0x1p-12, Four, 2}, {0x1p-9, Eight, 1},
         {0x1p-5, Eight, 1},  {0x1p-5, Eight, 2},  {1.0, Four, 1}};
     for (const auto &[z, preference, d] : cases) {
         SCOPED_TRACE(testing::Message() << "z " << z << " at " << d << "x");
-        const double s = z * d;
-        const double n = VeltorGrid::gridDivisions(z, preference);
-        const double trueParallel = mapPointForCoordinate({50.0, 0.0}).y;
-        double parallel = 0.0;
-        for (const double y : VeltorGrid::rowLines({0, trueParallel, 0, 0}, z, n))
-            if (std::fabs(y - trueParallel) <= 0.5 / z)
-                parallel = y;
-        ASSERT_NE(parallel, 0.0);
-        const MapRect east = tileAt(W / 2, parallel - 100.0 / z, z);
-        const MapRect west = tileAt(W / 2 - 256.0 / z, parallel - 100.0 / z, z);
+        // Lines lie on whole screen points.
+        const double parallel = std::round(mapPointForCoordinate({50.0, 0.0}).y * z) / z;
         VeltorGridOverlayRenderer renderer;
-        const QImage eastImage = renderer.renderTile(east, z, d, preference);
-        const QImage westImage = renderer.renderTile(west, z, d, preference);
-        ASSERT_EQ(eastImage.width(), 256 * d);
-
-        // A pixel row clear of every parallel's halo, away from the labels' rows.
-        const int parallelRow = pixelOf(parallel, east.y, s);
-        ASSERT_EQ(parallelRow, 100 * d);
-        const int row = parallelRow + 4 * d;
-        for (const double y : VeltorGrid::rowLines(east, z, n))
-            ASSERT_GT(std::abs(pixelOf(y, east.y, s) - row), 3 * d) << "choose another row";
+        const QImage east =
+            renderer.renderTile(tileAt(W / 2, parallel - 100.0 / z, z), z, d, preference);
+        const QImage west = renderer.renderTile(tileAt(W / 2 - 256.0 / z, parallel - 100.0 / z, z),
+                                                z, d, preference);
+        ASSERT_EQ(east.size(), QSize(256 * d, 256 * d));
+        ASSERT_EQ(west.size(), east.size());
 
         // The meridian is the east tile's first point: line over halo, then one point of halo;
         // the point before it lies in the west tile: halo only. Then the parallel of 50° N,
-        // sampled a few points east of the meridian.
-        const int column = 4 * d;
+        // sampled a few points east of the meridian; row and column clear of other lines.
+        const int parallelRow = 100 * d, row = parallelRow + 4 * d, column = 4 * d;
         for (int i = 0; i < d; ++i) {
-            EXPECT_TRUE(pixelIs(eastImage, i, row, line));
-            EXPECT_TRUE(pixelIs(eastImage, d + i, row, halo));
-            EXPECT_TRUE(pixelIs(westImage, westImage.width() - 1 - i, row, halo));
-            EXPECT_TRUE(pixelIs(eastImage, column, parallelRow - d + i, halo));
-            EXPECT_TRUE(pixelIs(eastImage, column, parallelRow + i, line));
-            EXPECT_TRUE(pixelIs(eastImage, column, parallelRow + d + i, halo));
+            EXPECT_TRUE(pixelIs(east, i, row, line));
+            EXPECT_TRUE(pixelIs(east, d + i, row, halo));
+            EXPECT_TRUE(pixelIs(west, west.width() - 1 - i, row, halo));
+            EXPECT_TRUE(pixelIs(east, column, parallelRow - d + i, halo));
+            EXPECT_TRUE(pixelIs(east, column, parallelRow + i, line));
+            EXPECT_TRUE(pixelIs(east, column, parallelRow + d + i, halo));
         }
-        EXPECT_TRUE(pixelIs(eastImage, 2 * d, row, transparent));
-        EXPECT_TRUE(pixelIs(westImage, westImage.width() - 1 - d, row, transparent));
-        EXPECT_TRUE(pixelIs(eastImage, column, parallelRow - d - 1, transparent));
-        EXPECT_TRUE(pixelIs(eastImage, column, parallelRow + 2 * d, transparent));
-        EXPECT_TRUE(pixelIs(eastImage, 0, parallelRow, crossing));
+        EXPECT_TRUE(pixelIs(east, 2 * d, row, transparent));
+        EXPECT_TRUE(pixelIs(west, west.width() - 1 - d, row, transparent));
+        EXPECT_TRUE(pixelIs(east, column, parallelRow - d - 1, transparent));
+        EXPECT_TRUE(pixelIs(east, column, parallelRow + 2 * d, transparent));
+        EXPECT_TRUE(pixelIs(east, 0, parallelRow, crossing));
     }
 }
 
 // ---- labels ----------------------------------------------------------------------------------
 
-TEST(VeltorGridOverlayRendererLabels, LabelledTileAndAnUnlabelledNeighbour)
+// East of IO91's label, across the meridian of Greenwich into JO01 and short of JO01's label:
+// the meridian and its halo and nothing else.
+TEST(VeltorGridOverlayRendererLabels, ATileNoPlateReachesHoldsOnlyItsLines)
 {
     const double z = 0x1p-12; // squares; IO91 is about 364 × 292 points
     const VeltorGrid::Cell cell = io91(z);
-    const MapRect labelled = tileAt(cell.centre.x - 128.0 / z, cell.centre.y - 128.0 / z, z);
-    // East of the label, inside IO91, across the meridian of Greenwich into JO01, ending well
-    // before JO01's label.
-    const MapRect neighbour = tileAt(cell.centre.x + 100.0 / z, labelled.y, z, 128.0);
-    VeltorGridOverlayRenderer renderer;
-    const QImage labelledImage = renderer.renderTile(labelled, z, 1.0, Eight);
-    const QImage neighbourImage = renderer.renderTile(neighbour, z, 1.0, Eight);
-
-    // The plate: the text rectangle widened by 6 points each side, centred on the cell.
-    const auto label = renderer.cachedLabel(QStringLiteral("IO91"), z, renderer.labelAttributes(z));
-    const VeltorGrid::LabelPlacement placement =
-        VeltorGrid::placeLabel(cell.centre, label->size(), z);
-    const int plateLeft = pixelOf(placement.plateRect.minX(), labelled.x, z);
-    const int plateRight = pixelOf(placement.plateRect.maxX(), labelled.x, z);
-    const int plateMiddle = pixelOf(placement.plateRect.midY(), labelled.y, z);
-    const int textLeft = pixelOf(placement.textRect.minX(), labelled.x, z);
-    EXPECT_EQ(textLeft - plateLeft, 6);
-    const Argb plate = premultiplied(VeltorGridOverlayRenderer::plateColor());
-    EXPECT_TRUE(pixelIs(labelledImage, plateLeft + 3, plateMiddle, plate));
-    EXPECT_TRUE(pixelIs(labelledImage, plateRight - 3, plateMiddle, plate));
-    EXPECT_TRUE(pixelIs(labelledImage, plateLeft - 2, plateMiddle, transparent));
-    EXPECT_TRUE(pixelIs(labelledImage, plateRight + 1, plateMiddle, transparent));
-    const QRect text = textCoreBounds(labelledImage);
-    ASSERT_FALSE(text.isNull());
-    EXPECT_GE(text.left(), textLeft);
-    EXPECT_LE(text.right(), pixelOf(placement.textRect.maxX(), labelled.x, z));
-
-    // The neighbour holds the meridian and its halo and nothing else.
-    const int meridian = pixelOf(W / 2, neighbour.x, z);
-    ASSERT_GT(meridian, 1);
-    ASSERT_LT(meridian, 126);
+    const MapRect tile = tileAt(cell.centre.x + 100.0 / z, cell.centre.y - 128.0 / z, z, 128.0);
+    const QImage image = VeltorGridOverlayRenderer().renderTile(tile, z, 1.0, Eight);
+    const int meridian = pixelOf(W / 2, tile.x, z);
     int wrong = 0;
-    for (int y = 0; y < neighbourImage.height(); ++y)
-        for (int x = 0; x < neighbourImage.width(); ++x)
-            wrong += (pixel(neighbourImage, x, y).a > 0.0) != (std::abs(x - meridian) <= 1);
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            wrong += (pixel(image, x, y)[0] > 0.0) != (std::abs(x - meridian) <= 1);
     EXPECT_EQ(wrong, 0);
 }
 
 TEST(VeltorGridOverlayRendererLabels, CacheLaysEachLabelOutOncePerZoomScale)
 {
-    const double z = 0x1p-12;
+    const double z = 0x1p-12, next = std::nextafter(z, 1.0);
     const VeltorGrid::Cell cell = io91(z);
     const MapRect a = tileAt(cell.centre.x - 200.0 / z, cell.centre.y - 128.0 / z, z);
     const MapRect b = tileAt(a.maxX(), a.y, z); // shares IO91 (and more) with a
-    const std::set<QString> labelsA = labelsOf(a, z, Eight);
-    const std::set<QString> labelsB = labelsOf(b, z, Eight);
+    const std::set<QString> labelsA = labelsOf(a, z, Eight), labelsB = labelsOf(b, z, Eight);
     std::set<QString> both = labelsA;
     both.insert(labelsB.begin(), labelsB.end());
-    ASSERT_TRUE(labelsA.count(QStringLiteral("IO91")) && labelsB.count(QStringLiteral("IO91")));
+    ASSERT_LT(both.size(), labelsA.size() + labelsB.size());
+    ASSERT_EQ(labelsOf(a, next, Eight), labelsA);
 
     VeltorGridOverlayRenderer renderer;
     renderer.renderTile(a, z, 1.0, Eight);
     EXPECT_EQ(renderer.attributedStringCacheZoom(), z);
     EXPECT_EQ(renderer.labelCreationCount(), labelsA.size());
-    renderer.renderTile(b, z, 1.0, Eight);
+    for (const MapRect &tile : {b, a, b})
+        renderer.renderTile(tile, z, 1.0, Eight);
     EXPECT_EQ(renderer.labelCreationCount(), both.size());
     EXPECT_EQ(renderer.labelCacheSize(), both.size());
-    renderer.renderTile(a, z, 1.0, Eight);
-    renderer.renderTile(b, z, 1.0, Eight);
-    EXPECT_EQ(renderer.labelCreationCount(), both.size());
-
-    // A zoom scale one bit larger empties the cache before its first lookup.
-    const double next = std::nextafter(z, 1.0);
-    ASSERT_EQ(labelsOf(a, next, Eight), labelsA);
+    // A zoom scale one bit larger empties the cache before its first lookup; so does going back.
     renderer.renderTile(a, next, 1.0, Eight);
     EXPECT_EQ(renderer.attributedStringCacheZoom(), next);
     EXPECT_EQ(renderer.labelCacheSize(), labelsA.size());
-    EXPECT_EQ(renderer.labelCreationCount(), both.size() + labelsA.size());
-    // And one bit smaller again.
     renderer.renderTile(b, z, 1.0, Eight);
     EXPECT_EQ(renderer.attributedStringCacheZoom(), z);
     EXPECT_EQ(renderer.labelCacheSize(), labelsB.size());
@@ -305,9 +245,10 @@ TEST(VeltorGridOverlayRendererLabels, ALongPanAtOneZoomScaleKeepsTheCacheWithinI
 
 // The drawn glyphs against text drawn straight at the font size, 20 pixels on a phone and 15 on
 // a tablet, at zoom scales from far out to far in (preference four characters keeps the same
-// label, IO91, at all of them).
+// label, IO91, at all of them); and the plate around them.
 TEST(VeltorGridOverlayRendererLabels, DrawnGlyphsHaveTheSameSizeOnScreenAtEveryZoomScale)
 {
+    const Argb plateColour = over(VeltorGridOverlayRenderer::plateColor());
     for (const bool isTablet : {false, true}) {
         VeltorGridOverlayRenderer renderer(isTablet);
         QImage reference(200, 60, QImage::Format_ARGB32_Premultiplied);
@@ -329,13 +270,24 @@ TEST(VeltorGridOverlayRendererLabels, DrawnGlyphsHaveTheSameSizeOnScreenAtEveryZ
             SCOPED_TRACE(testing::Message() << "z " << z << " tablet " << isTablet);
             const VeltorGrid::Cell cell = io91(z);
             const MapRect tile = tileAt(cell.centre.x - 128.0 / z, cell.centre.y - 128.0 / z, z);
+            const QImage image = renderer.renderTile(tile, z, 1.0, Four);
             // The middle of the tile: neighbouring cells' labels lie farther out.
-            const QRect drawn =
-                textCoreBounds(renderer.renderTile(tile, z, 1.0, Four), QRect(48, 98, 160, 60));
+            const QRect drawn = textCoreBounds(image, QRect(48, 98, 160, 60));
             ASSERT_FALSE(drawn.isNull());
             EXPECT_NEAR(drawn.height(), expected.height(), 1);
             EXPECT_NEAR(drawn.width(), expected.width(), 2);
             EXPECT_NEAR(drawn.center().x(), 128, 2.5); // centred on the cell, within the snapping
+            // The plate is filled to its edges and no farther.
+            const auto label =
+                renderer.cachedLabel(QStringLiteral("IO91"), z, renderer.labelAttributes(z));
+            const MapRect plate = VeltorGrid::placeLabel(cell.centre, label->size(), z).plateRect;
+            const int left = pixelOf(plate.minX(), tile.x, z);
+            const int right = pixelOf(plate.maxX(), tile.x, z);
+            const int middle = pixelOf(plate.midY(), tile.y, z);
+            EXPECT_TRUE(pixelIs(image, left + 3, middle, plateColour));
+            EXPECT_TRUE(pixelIs(image, right - 3, middle, plateColour));
+            EXPECT_TRUE(pixelIs(image, left - 2, middle, transparent));
+            EXPECT_TRUE(pixelIs(image, right + 1, middle, transparent));
         }
     }
 }
@@ -350,8 +302,8 @@ TEST(VeltorGridOverlayRendererLabels, NeighbouringTilesMeetWithoutSeams)
         const QImage wholeImage = renderer.renderTile(whole, z, 1.0, Eight);
         for (const QPoint at : {QPoint(0, 0), QPoint(256, 0), QPoint(0, 256), QPoint(256, 256)}) {
             const MapRect quarter{whole.x + at.x() / z, whole.y + at.y() / z, 256.0 / z, 256.0 / z};
-            const QImage image = renderer.renderTile(quarter, z, 1.0, Eight);
-            EXPECT_LE(largestDifference(image, wholeImage, at), 2.0)
+            EXPECT_LE(
+                largestDifference(renderer.renderTile(quarter, z, 1.0, Eight), wholeImage, at), 2.0)
                 << "z " << z << " quarter at " << at.x() << ", " << at.y();
         }
     }
@@ -366,39 +318,27 @@ TEST(VeltorGridOverlayRendererLabels, PreparedImageAndOutlinesGiveTheSamePicture
     const MapRect tile = tileAt(cell.centre.x, cell.centre.y, z);
     // Over an opaque map, so that the two ways of blending have something to differ on.
     const auto drawOverMap = [&](VeltorGridOverlayRenderer &renderer, double devicePixelRatio) {
-        const int side = int(256 * devicePixelRatio);
-        QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
+        QImage image(QSize(256, 256) * devicePixelRatio, QImage::Format_ARGB32_Premultiplied);
         image.fill(QColor(181, 208, 160));
         QPainter painter(&image);
         painter.setTransform(tileTransform(tile, z, devicePixelRatio));
         renderer.drawMapRect(tile, z, painter, Eight);
         return image;
     };
-    const std::set<QString> labels = labelsOf(tile, z, Eight);
-
-    VeltorGridOverlayRenderer prepared;
+    VeltorGridOverlayRenderer prepared, outlined;
     const QImage fromImages = drawOverMap(prepared, 1.0);
-    for (const QString &text : labels) {
-        const auto label = prepared.cachedLabel(text, z, prepared.labelAttributes(z));
-        EXPECT_FALSE(label->image().isNull()) << qPrintable(text);
-        EXPECT_EQ(label->imageScale(), z);
-    }
-
-    VeltorGridOverlayRenderer outlined;
     drawOverMap(outlined, 2.0); // lays the labels out for twice the scale
     const std::uint64_t created = outlined.labelCreationCount();
     const QImage fromOutlines = drawOverMap(outlined, 1.0);
     EXPECT_EQ(outlined.labelCreationCount(), created);
-    for (const QString &text : labels)
+    for (const QString &text : labelsOf(tile, z, Eight)) {
+        const auto label = prepared.cachedLabel(text, z, prepared.labelAttributes(z));
+        EXPECT_FALSE(label->image().isNull()) << qPrintable(text);
+        EXPECT_EQ(label->imageScale(), z);
         EXPECT_EQ(outlined.cachedLabel(text, z, outlined.labelAttributes(z))->imageScale(), 2 * z);
-
-    ASSERT_EQ(fromImages.size(), fromOutlines.size());
+    }
     EXPECT_LE(largestDifference(fromImages, fromOutlines), 3.0);
-    int inked = 0;
-    for (int y = 0; y < fromImages.height(); ++y)
-        for (int x = 0; x < fromImages.width(); ++x)
-            inked += isTextCore(fromImages, x, y);
-    EXPECT_GT(inked, 100);
+    EXPECT_GT(textCoreBounds(fromImages).width(), 20); // the labels were drawn at all
 }
 
 } // namespace

@@ -1,5 +1,8 @@
+#include "AppearanceSettingsViewController.h"
 #include "ApplicationStateSystem.h"
+#include "CoordinateFormatSettingsViewController.h"
 #include "CoordinatePanelViewController.h"
+#include "DistanceFormatSettingsViewController.h"
 #include "LocationTrackingSystem.h"
 #include "NotificationCenter.h"
 #include "PreferencesSystem.h"
@@ -7,6 +10,7 @@
 #include "RootViewController.h"
 #include "ScriptableLocationManager.h"
 #include "UserDefaults.h"
+#include "VeltorFormatSettingsViewController.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -135,6 +139,41 @@ TEST_F(ScreenControllersTest, RootLaysThePanelsOutByWidthAndIdiom)
         EXPECT_EQ(panel.width(), sideBySide ? std::min(400.0, w / 2) : w);
         EXPECT_GE(area(map), w * h / 3);
     }
+}
+
+// Which rows of a picker are checked, as 0s and 1s.
+QString marks(const FormatPickerViewController &picker)
+{
+    QString shown;
+    for (const FormatChoice *choice : picker.choices())
+        shown += choice->isChecked() ? u'1' : u'0';
+    return shown;
+}
+
+TEST_F(ScreenControllersTest, PickersWriteATappedChoiceAndIgnoreRowsThatAreNotThere)
+{
+    VeltorFormatSettingsViewController veltor(m_preferences);
+    CoordinateFormatSettingsViewController coordinate(m_preferences);
+    DistanceFormatSettingsViewController distance(m_preferences);
+    AppearanceSettingsViewController appearance(m_preferences);
+    // A picker, the row tapped, and the marks then; the US locale starts with imperial.
+    const std::tuple<FormatPickerViewController *, int, const char *> cases[] = {
+        {&veltor, 2, "0010"}, {&coordinate, 2, "001"}, {&distance, 0, "10"},
+        {&appearance, 2, "001"}};
+    for (const auto &[picker, tap, after] : cases) {
+        const QString before = marks(*picker);
+        picker->selectRow(-1);
+        picker->selectRow(99);
+        EXPECT_EQ(marks(*picker), before);
+        picker->choices()[tap]->select();
+        // Tapping the chosen row again keeps the mark.
+        picker->selectRow(tap);
+        EXPECT_EQ(marks(*picker), QLatin1String(after));
+    }
+    EXPECT_EQ(m_preferences.veltorFormat(), VeltorFormat::FourCharacters);
+    EXPECT_EQ(m_preferences.coordinateFormat(), CoordinateFormat::DecimalDegrees);
+    EXPECT_EQ(m_preferences.distanceFormat(), DistanceFormat::Metric);
+    EXPECT_EQ(m_preferences.appearance(), Appearance::Red);
 }
 
 } // namespace

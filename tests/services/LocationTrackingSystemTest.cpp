@@ -103,9 +103,7 @@ TEST_P(LocationTrackingSystemTest, Transition)
         [&] { m_system.endTracking(); },
         [&] { m_system.applicationDidEnterBackground(); },
         [&] { m_manager.changeAuthorization(c.status); },
-        [&] {
-            m_manager.deliver({unknown, east});
-        },
+        [&] { m_manager.deliver({unknown, east}); },
         [&] { m_manager.deliver({}); },
         [&] { m_manager.fail(QStringLiteral("The NMEA log walk.nmea has ended.")); },
     };
@@ -141,11 +139,7 @@ const Transition transitions[] = {
     {"OffBeginRestricted", Off, Begin, Restricted, false, 0, 0, 0, 1, false, "on off"},
     {"OffBeginDenied", Off, Begin, Denied, false, 0, 0, 0, 1, false, "on off"},
     {"OffEnd", Off, End, 0, false, 0, 0, 0, 0, false, ""},
-    {"OffBackground", Off, Background, 0, false, 0, 0, 0, 0, false, ""},
-    {"OffAlways", Off, Permission, Always, false, 0, 0, 0, 0, false, ""},
     {"OffInUse", Off, Permission, InUse, false, 0, 0, 0, 0, false, ""},
-    {"OffUndecided", Off, Permission, Undecided, false, 0, 0, 0, 0, false, ""},
-    {"OffRestricted", Off, Permission, Restricted, false, 0, 0, 0, 0, false, ""},
     {"OffDenied", Off, Permission, Denied, false, 0, 0, 0, 0, false, ""},
     {"OffFail", Off, Fail, 0, false, 0, 0, 0, 0, false, "accuracy live"},
     {"RefusedBeginDenied", Refused, Begin, Denied, false, 0, 0, 0, 1, false, "on off"},
@@ -170,7 +164,6 @@ const Transition transitions[] = {
     {"StoppedEnd", Stopped, End, 0, false, 0, 0, 0, 0, false, ""},
     {"StoppedFix", Stopped, Fix, 0, false, 0, 0, 0, 0, true, landed},
     {"LateEnd", Late, End, 0, false, 0, 0, 0, 0, true, ""},
-    {"LateBackground", Late, Background, 0, false, 0, 0, 0, 0, true, ""},
     // Cleared even with tracking off: a late fix may have set it.
     {"LateFail", Late, Fail, 0, false, 0, 0, 0, 0, false, "accuracy live"},
 };
