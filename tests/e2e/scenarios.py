@@ -194,6 +194,11 @@ def live_tracking(session):
     app.button(prefix="latitude 51 degrees 28 minutes")
     app.quit()
 
+    # A car or kiosk set-up starts tracking with the app.
+    app = session.launch("--gps", str(session.data / "nmea" / "greenwich-walk.nmea"), "--track")
+    app.button("Tracking enabled")
+    app.quit()
+
 
 def share(session):
     app = session.launch()
@@ -210,6 +215,14 @@ def share(session):
     app.press("Share")
     app.press("Cancel")
     app.gone("push button", "Cancel")
+    app.quit()
+
+    # A German desktop gets the German screens, read out and pressed by their German names.
+    app = session.launch(LANG="de_DE.UTF-8", LC_ALL="de_DE.UTF-8", LANGUAGE="de")
+    app.button("Verfolgung deaktiviert")
+    app.press("Teilen")
+    app.press("Locator kopieren")
+    wait_for("the locator copied", lambda: session.clipboard() == "CN87to88")
     app.quit()
 
 
