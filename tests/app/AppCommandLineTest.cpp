@@ -2,6 +2,8 @@
 #include "RootViewController.h"
 #include "WindowPlacement.h"
 
+#include "TestTable.h"
+
 #include <QWindow>
 
 #include <gtest/gtest.h>
@@ -16,20 +18,12 @@ AppCommandLine parse(const char *arguments)
 
 TEST(AppCommandLineTest, BadArgumentsAreUsageErrorsThatSayWhy)
 {
-    const std::pair<const char *, const char *> cases[] = {
-        {"--zoom 23", "--zoom 23"}, {"--zoom -1", "--zoom -1"}, {"--zoom far", "--zoom far"},
-        {"--size 800", "--size 800"}, {"--size 100x100", "--size 100x100"},
-        {"--size wxh", "--size wxh"}, {"--tiles file:///t/{z}/{x}/{y}.png", "--tiles file:///t/"},
-        {"--gps /no/such/log.nmea", "--gps /no/such/log.nmea"},
-        {"--appearance dusk", "--appearance dusk"},
-        {"--open settings-of-mars", "--open settings-of-mars"},
-        {"--idiom watch", "--idiom watch"}, {"--no-such-option", "no-such-option"},
-        {"stray", "unexpected stray"}};
-    for (const auto &[arguments, why] : cases) {
-        const AppCommandLine result = parse(arguments);
+    for (const QStringList &row : testTable("app/usage-errors.tsv")) {
+        const AppCommandLine result = parse(qPrintable(row[0]));
+        const std::string why = row[1].toStdString();
         EXPECT_EQ(result.action, AppCommandLine::Action::UsageError) << why;
         EXPECT_EQ(result.exitStatus(), 2) << why;
-        EXPECT_TRUE(result.message.contains(QLatin1String(why))) << result.message.toStdString();
+        EXPECT_TRUE(result.message.contains(row[1])) << result.message.toStdString();
         // The help follows the reason, so the user sees what would have worked.
         EXPECT_TRUE(result.message.contains(QLatin1String("--appearance"))) << why;
     }

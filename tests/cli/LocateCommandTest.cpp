@@ -1,5 +1,7 @@
 #include "LocateCommand.h"
 
+#include "TestTable.h"
+
 #include <QProcess>
 
 #include <gtest/gtest.h>
@@ -18,58 +20,19 @@ LocateCommand::Options options(const Strings &arguments)
     return parsed.value_or(LocateCommand::Options{});
 }
 
-constexpr const char *exactOneE300 =
-    "10000000000000000525047602552044202487044685811081591549158541155118024579889081957863713750"
-    "80447864043704443832883878176942523235360430575644792184786706982848387200926575803737830233"
-    "79478809005936895323497079994508111903896764088007465274278014249457925878882005684283811566"
-    "9472196386865459400540160";
-
-// One line per query on out, or, when refused (no output given), one line on error that names
-// the query.
+// One line per query on out, or, when refused, one line on error that names the query.
 TEST(LocateCommandTest, OneLinePerQuery)
 {
-    const std::string london = "IO91wl89\t51° 30′ 0″ N\t0° 6′ 0″ W\t51.5\t-0.1";
-    const std::string origin = "JJ00aa00\t0° 0′ 0″ N\t0° 0′ 0″ E\t0\t0";
-    const Strings lenient = {"--lenient"};
-    const std::tuple<Strings, std::string, std::string> cases[] = {
-        {{}, "51.5,-0.1", london}, {{}, " 51.5 , -0.1 ", london},
-        {{"--chars", "4", "--notation", "dd"}, "40,-75", "FN20\t40.0000° N\t75.0000° W\t40\t-75"},
-        {{"--chars=6", "--notation=ddm"}, "-33.9249,18.4241",
-         "JF96fb\t33° 55.4940′ S\t18° 25.4460′ E\t-33.9249\t18.4241"},
-        {{}, "90,180", "RR99xx99\t90° 0′ 0″ N\t180° 0′ 0″ E\t90\t180"},
-        // The app's own notation reads back.
-        {{}, "51° 30′ 0″ N, 0° 6′ 0″ W", london},
-        {{"--notation", "dd"}, "51.5000° N, 0.1000° W",
-         "IO91wl89\t51.5000° N\t0.1000° W\t51.5\t-0.1"},
-        // A locator gives the centre of its cell, shortest decimals that read back exactly.
-        {{}, "IO91WM12",
-         "IO91wm12\t51° 30′ 37″ N\t0° 9′ 15″ W\t51.51041666666667\t-0.15416666666666673"},
-        {{"--chars", "2"}, "jo01aa00aa00",
-         "JO\t51° 0′ 0″ N\t0° 0′ 0″ E\t51.00000868055555\t1.736111111111111e-05"},
-        // Refused in strict mode.
-        {{}, "95,0", ""}, {{}, "0,180.5", ""}, {{}, "nan,0", ""}, {{}, "inf,0", ""},
-        {{}, "12abc,5", ""}, {{}, "1,2,3", ""}, {{}, ",", ""}, {{}, "JS", ""}, {{}, "JO0", ""},
-        {{}, "JO01A", ""}, {{}, "JO01zz", ""}, {{}, "JOAA", ""}, {{}, "JO01aa00aa00aa", ""},
-        {{}, " JO01", ""}, {{}, "", ""}, {{}, "J", ""}, {{}, "91° 0′ 0″ N, 0° 0′ 0″ E", ""},
-        {{}, "51° 30′ 0″ X, 0° 6′ 0″ W", ""}, {{}, "51° 75′ N, 0° 6′ W", ""},
-        // Lenient, anything goes: numbers by their longest prefix, straight to the encoder.
-        {lenient, "nan,inf", "AA00aa00\t0° 0′ 0″ N\t0° 0′ 0″ E\tnan\tinf"},
-        {lenient, "100,0", "JR09ax09\t100° 0′ 0″ N\t0° 0′ 0″ E\t100\t0"},
-        // The exact decimal value of the double, as printf writes it.
-        {{"--lenient", "--notation", "dd"}, "1e300,-1e300",
-         "AR09ax09\t" + std::string(exactOneE300) + ".0000° N\t" + exactOneE300 +
-             ".0000° W\t1e+300\t-1e+300"},
-        {lenient, "  12abc,x", "JK01ax09\t12° 0′ 0″ N\t0° 0′ 0″ E\t12\t0"}, {lenient, ",", origin},
-        {lenient, "12° 30′ S, 5°", "JH27lm90\t12° 30′ 0″ S\t5° 0′ 0″ E\t-12.5\t5"},
-        // Locators are read as the keypad reads them.
-        {lenient, "hello", "HE55aa00\t45° 0′ 0″ S\t30° 0′ 0″ W\t-45\t-30"},
-        {lenient, "", origin}, {lenient, " JO01", origin},
-        {{"--lenient", "--chars", "4"}, "JO0", "JO05\t55° 0′ 0″ N\t1° 0′ 0″ E\t55\t1"},
-        {{"--lenient", "--chars", "2"}, "JO\xc3\xa9", "JO\t55° 0′ 0″ N\t10° 0′ 0″ E\t55\t10"},
-        // Whole degrees cannot print beyond 2^64; that query fails instead of the run.
-        {lenient, "1e300,0", ""}};
-    for (const auto &[arguments, query, output] : cases) {
+    for (const QStringList &row : testTable("cli/queries.tsv")) {
+        Strings arguments;
+        for (const QString &argument : row[0].split(u' ', Qt::SkipEmptyParts))
+            arguments.push_back(argument.toStdString());
+        const std::string query = row[1].toStdString();
         SCOPED_TRACE(query);
+        // The table writes a tab as \t; a refused query writes nothing on out.
+        QString line = row[2];
+        line.replace(QStringLiteral("\\t"), QStringLiteral("\t"));
+        const std::string output = row[2] == u"refused" ? "" : line.toStdString();
         std::string out, error;
         const bool converted = LocateCommand(options(arguments)).convert(query, out, error);
         EXPECT_EQ(converted, !output.empty()) << error;

@@ -7,23 +7,28 @@
 #include "UserDefaults.h"
 #include "VeltorKeypadViewController.h"
 
+#include "TestTable.h"
+
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include <map>
-#include <tuple>
 #include <vector>
 
 namespace {
 
 using LatLon = LatitudeLongitudeKeypadViewController;
 constexpr auto Lat = LatLon::Latitude;
-constexpr auto Lon = LatLon::Longitude;
-constexpr auto DMS = CoordinateFormat::DegreesMinutesSeconds;
-constexpr auto DDM = CoordinateFormat::DegreesDecimalMinutes;
-constexpr auto DD = CoordinateFormat::DecimalDegrees;
+
+// An enumerator spelled in a table by its position among the blank-separated names.
+template <typename Enum> Enum named(const QString &name, const char *names)
+{
+    const qsizetype index = QString::fromLatin1(names).split(u' ').indexOf(name);
+    EXPECT_GE(index, 0) << name.toStdString();
+    return Enum(index);
+}
 
 // Types one character a key, '<' for delete.
 void type(VeltorKeypadViewController &keypad, const char *keys)
@@ -91,34 +96,18 @@ protected:
 
 TEST_F(KeypadViewControllersTest, LocatorKeysFollowThePositionBeingTyped)
 {
-    // The 24 keys, a blank for a cleared one: letters, or the digits laid out like a calculator.
-    const char *fields = "ABCDEFGHIJKLMNOPQR      ";
-    const char *digits = "789 456 123 0           ";
-    // What is typed, what the label shows, and the keys offered next.
-    using Case = std::tuple<const char *, const char *, const char *>;
-    const Case cases[] = {
-        // Before any key: the current point at the chosen precision, and the field letters.
-        {"", "CN87to88", fields}, {"J", "J", fields}, {"JN", "JN", digits},
-        {"JN58", "JN58", "abcdefghijklmnopqrstuvwx"}, {"JN58td", "JN58td", digits},
-        // The ninth character is ignored, though the keys still show.
-        {"JN58td123", "JN58td12", digits}, {"JN5<", "JN", digits},
-        // Deleting everything leaves an empty label, not the placeholder.
-        {"J<", "", fields}, {"J<<", "", fields},
-        // A title that no key has is not checked: the keys only offer valid ones.
-        {"<", "CN87to88", fields},
-    };
-    for (const auto &[typed, shown, offered] : cases) {
-        SCOPED_TRACE(typed);
+    for (const QStringList &row : testTable("entry/locator-keypad-keys.tsv")) {
+        SCOPED_TRACE(row.join(u' ').toStdString());
         VeltorKeypadViewController keypad(m_state, m_preferences, m_tracking);
-        type(keypad, typed);
-        EXPECT_EQ(keypad.outputText(), QLatin1String(shown));
+        type(keypad, qPrintable(row[0]));
+        EXPECT_EQ(keypad.outputText(), row[1]);
         QString keys;
         for (qsizetype i = 0; i < keypad.keyTitles().size(); ++i) {
             const QString title = keypad.keyTitles()[i];
-            keys += title.isEmpty() ? QStringLiteral(" ") : title;
+            keys += title.isEmpty() ? QStringLiteral("_") : title;
             EXPECT_EQ(keypad.keysEnabled()[i], !title.isEmpty()) << "key " << i;
         }
-        EXPECT_EQ(keys, QLatin1String(offered));
+        EXPECT_EQ(keys, row[2]);
     }
     m_preferences.setVeltorFormat(VeltorFormat::FourCharacters);
     const VeltorKeypadViewController keypad(m_state, m_preferences, m_tracking);
@@ -184,29 +173,14 @@ TEST_F(KeypadViewControllersTest, HardwareKeysTypeOnTheLocatorKeypad)
 
 TEST_F(KeypadViewControllersTest, LatitudeLongitudeModeKeysFollowTheNotation)
 {
-    // Notation, keys, what they show, and whether the degree and the minute key can be pressed.
-    using Case = std::tuple<LatLon::Style, CoordinateFormat, const char *, const char *, bool,
-                            bool>;
-    const Case cases[] = {
-        // Nothing typed: the current point in the user's notation; no mode key can halt it.
-        {Lat, DMS, "", "47° 37′ 13″ N", false, false}, {Lon, DD, "", "122.3493° W", false, false},
-        {Lat, DMS, "47", "47° N", true, true}, {Lat, DMS, "47d37", "47° 37′ N", false, true},
-        {Lat, DMS, "47d37m13.5S", "47° 37′ 13.5″ S", false, false},
-        {Lat, DMS, "12d3<<", "12° N", true, true},
-        // A decimal point closes the part: no minutes after fractional degrees.
-        {Lat, DMS, "12.5", "12.5° N", false, false},
-        // Degrees and decimal minutes: a degree key, but never seconds; decimal degrees: neither.
-        {Lat, DDM, "47", "47° N", true, false}, {Lat, DDM, "47d", "47° 0′ N", false, false},
-        {Lat, DD, "47", "47° N", false, false},
-    };
-    for (const auto &[style, notation, typed, shown, degreeKey, minuteKey] : cases) {
-        SCOPED_TRACE(typed);
-        m_preferences.setCoordinateFormat(notation);
-        LatLon keypad(style, m_state, m_preferences, m_tracking);
-        type(keypad, typed);
-        EXPECT_EQ(keypad.outputText(), QString::fromUtf8(shown));
-        EXPECT_EQ(keypad.degreeKeyEnabled(), degreeKey);
-        EXPECT_EQ(keypad.minuteKeyEnabled(), minuteKey);
+    for (const QStringList &row : testTable("entry/latitude-longitude-mode-keys.tsv")) {
+        SCOPED_TRACE(row.join(u' ').toStdString());
+        m_preferences.setCoordinateFormat(named<CoordinateFormat>(row[1], "DMS DDM DD"));
+        LatLon keypad(named<LatLon::Style>(row[0], "Lat Lon"), m_state, m_preferences, m_tracking);
+        type(keypad, qPrintable(row[2]));
+        EXPECT_EQ(keypad.outputText(), row[3]);
+        EXPECT_EQ(keypad.degreeKeyEnabled(), row[4] == u"true");
+        EXPECT_EQ(keypad.minuteKeyEnabled(), row[5] == u"true");
     }
 }
 

@@ -1,17 +1,26 @@
 #include "CoordinateFormatter.h"
 
+#include "TestTable.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdio>
-#include <limits>
+#include <cstdlib>
 #include <random>
 #include <tuple>
 
 namespace {
 
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double inf = std::numeric_limits<double>::infinity();
+// strtod, unlike QString::toDouble, reads "nan" and "inf".
+double number(const QString &text) { return std::strtod(text.toUtf8().constData(), nullptr); }
+
+// The tables name notations by their raw value without the common prefix.
+CoordinateFormat notation(const QString &name)
+{
+    return coordinateFormatFromRawValue(QStringLiteral("CoordinateFormat") + name).value();
+}
+
 constexpr auto DMS = CoordinateFormat::DegreesMinutesSeconds;
 constexpr auto DDM = CoordinateFormat::DegreesDecimalMinutes;
 constexpr auto DD = CoordinateFormat::DecimalDegrees;
@@ -26,23 +35,10 @@ QString display(CoordinateFormat format, double degrees, const QString &hemisphe
 // The text ends with the hemisphere given; the spoken form says the marks as words.
 TEST(CoordinateFormatterTest, DisplayAndSpokenForms)
 {
-    const std::tuple<CoordinateFormat, double, const char16_t *> cases[] = {
-        {DMS, 51.5, u"51° 30′ 0″ N"}, {DDM, 51.5, u"51° 30.0000′ N"}, {DD, 51.5, u"51.5000° N"},
-        {DMS, -0.1, u"0° 6′ 0″ W"}, {DMS, 12.3456789, u"12° 20′ 44″ E"},
-        {DDM, 12.3456789, u"12° 20.7407′ E"}, {DD, 12.3456789, u"12.3457° E"},
-        // Minutes are never carried into the degrees, seconds are truncated.
-        {DDM, 10.999999333333333, u"10° 60.0000′ N"}, {DMS, 10.999999333333333, u"10° 59′ 59″ N"},
-        {DMS, 51.50833333333333, u"51° 30′ 29″ N"}, {DDM, -33.5, u"33° 30.0000′ south"},
-        // Non-finite values print as zero.
-        {DD, nan, u"0.0000° E"}, {DMS, inf, u"0° 0′ 0″ N"}, {DDM, -inf, u"0° 0.0000′ W"},
-        {DMS, 180, u"180° 0′ 0″ E"},
-        // Values far outside the globe still print in plain decimal.
-        {DMS, 1e10, u"10000000000° 0′ 0″ N"}, {DD, 0.00005, u"0.0001° N"},
-        // Just below a whole minute the minutes round up; the seconds must not go below zero.
-        {DMS, 0.3833333333333333, u"0° 23′ 0″ N"}, {DMS, 7.7666666666666666, u"7° 46′ 0″ E"},
-        {DD, 0.00015, u"0.0001° N"}};
-    for (const auto &[format, degrees, text] : cases) {
-        const QString shown = QString::fromUtf16(text), hemisphere = shown.section(u' ', -1);
+    for (const QStringList &row : testTable("formatting/coordinate-display.tsv")) {
+        const CoordinateFormat format = notation(row[0]);
+        const double degrees = number(row[1]);
+        const QString shown = row[2], hemisphere = shown.section(u' ', -1);
         SCOPED_TRACE(shown.toStdString());
         EXPECT_EQ(display(format, degrees, hemisphere), shown);
         QString spoken = shown;
@@ -55,17 +51,12 @@ TEST(CoordinateFormatterTest, DisplayAndSpokenForms)
 // Hemispheres follow the sign; what is printed reads back to a point that prints the same.
 TEST(CoordinateFormatterTest, CoordinatesPrintByHemisphereAndReadBack)
 {
-    const std::tuple<CoordinateFormat, Coordinate, const char16_t *> cases[] = {
-        {DMS, {51.5, -0.1}, u"51° 30′ 0″ N, 0° 6′ 0″ W"},
-        {DD, {-33.9249, 18.4241}, u"33.9249° S, 18.4241° E"},
-        // Zero, negative zero and NaN count as north and east.
-        {DD, {0.0, -0.0}, u"0.0000° N, 0.0000° E"}, {DD, {-0.0, nan}, u"0.0000° N, 0.0000° E"},
-        {DDM, {-90, -180}, u"90° 0.0000′ S, 180° 0.0000′ W"}};
-    for (const auto &[format, coordinate, expected] : cases) {
-        const QString text = QString::fromUtf16(expected);
+    for (const QStringList &row : testTable("formatting/coordinate-printing.tsv")) {
+        const Coordinate coordinate{number(row[1]), number(row[2])};
+        const QString &text = row[3];
         SCOPED_TRACE(text.toStdString());
         CoordinateFormatter formatter;
-        formatter.setFormat(format);
+        formatter.setFormat(notation(row[0]));
         EXPECT_EQ(formatter.stringFromCoordinate(coordinate), text);
         EXPECT_EQ(formatter.stringForObjectValue(QVariant::fromValue(coordinate)), text);
         EXPECT_EQ(formatter.latitudeStringFromCoordinate(coordinate) + QStringLiteral(", ") +
@@ -89,21 +80,9 @@ TEST(CoordinateFormatterTest, CoordinatesPrintByHemisphereAndReadBack)
 
 TEST(CoordinateFormatterTest, ParsingSumsMarkedPieces)
 {
-    const std::pair<const char16_t *, double> cases[] = {
-        {u"12° 30′ S", -12.5}, {u"S 12°", 12}, {u"51° 30′ 0″ N", 51.5}, {u"0° 6′ 0″ W", -0.1},
-        {u"51° 30.0000′ N", 51.5}, {u"51.5000° N", 51.5},
-        {u"47° 37′ 13.5″ N", 47.0 + 37.0 / 60.0 + 13.5 / 3600.0},
-        // Several blanks in a row leave empty pieces, which are skipped.
-        {u"12°   30′  S", -12.5},
-        // Lower-case designators do not negate; unknown pieces are ignored.
-        {u"12° s", 12}, {u"12° w", 12}, {u"12° X 1′", 12 + 1.0 / 60.0},
-        // The number is the longest numeric prefix; none reads as zero.
-        {u"12abc° 30x′", 12.5}, {u"°", 0}, {u"", 0}, {u"1e1°", 10}, {u"-5° W", 5},
-        // A designator negates what came before it, each time.
-        {u"10° S 5° W", 5}};
-    for (const auto &[text, degrees] : cases)
-        EXPECT_EQ(CoordinateFormatter::degreesFromString(text), degrees)
-            << QString::fromUtf16(text).toStdString();
+    for (const QStringList &row : testTable("formatting/coordinate-parsing.tsv"))
+        EXPECT_EQ(CoordinateFormatter::degreesFromString(row[0]), number(row[1]))
+            << row[0].toStdString();
 }
 
 TEST(CoordinateFormatTest, RawValuesAndResolutions)

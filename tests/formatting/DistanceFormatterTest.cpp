@@ -1,39 +1,35 @@
 #include "DistanceFormatter.h"
 
+#include "TestTable.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <tuple>
 
 namespace {
 
 constexpr auto Metric = DistanceFormat::Metric;
 constexpr auto Imperial = DistanceFormat::Imperial;
 
+// The tables name units by their raw value without the common prefix.
+DistanceFormat units(const QString &name)
+{
+    return distanceFormatFromRawValue(QStringLiteral("DistanceFormat") + name).value();
+}
+
 TEST(DistanceFormatterTest, ThresholdsPickTheTextAndTheNumber)
 {
-    using I = std::int64_t;
-    const char *m = "distance.meters.long", *ft = "distance.feet.long";
-    const char *km = "distance.kilometers.long.fractional";
-    const char *wholeKm = "distance.kilometers.long.integral";
-    const char *mi = "distance.miles.long.fractional", *wholeMi = "distance.miles.long.integral";
-    const std::tuple<DistanceFormat, double, const char *, std::variant<I, double>> cases[] = {
-        {Metric, 5.4, m, I(5)}, {Metric, 999.4, m, I(999)}, {Metric, -999.4, m, I(-999)},
-        // Halves round away from zero, and 1000 m is already kilometres.
-        {Metric, 999.5, km, 1.0}, {Metric, 2.5, m, I(3)}, {Metric, -2.5, m, I(-3)},
-        // Kilometres carry single-precision error into the fractional read-out.
-        {Metric, 1234.5, km, 1.2350000143051147}, {Metric, 9999, km, 9.999000549316406},
-        {Metric, 9999.6, wholeKm, I(10)}, {Metric, 10499, wholeKm, I(10)},
-        {Metric, 10500, wholeKm, I(11)}, {Metric, -5, m, I(-5)},
-        {Metric, -1500, km, -1.5000001192092896}, {Imperial, 402, ft, I(1319)},
-        {Imperial, 402.4, mi, 0.25}, {Imperial, 16093, mi, 9.999810606060606},
-        {Imperial, 16093.44, wholeMi, I(10)}, {Imperial, -402, ft, I(-1319)},
-        {Imperial, 0, ft, I(0)}};
-    for (const auto &[format, meters, key, argument] : cases) {
+    for (const QStringList &row : testTable("formatting/distance-readouts.tsv")) {
+        const DistanceFormat format = units(row[0]);
+        const double meters = row[1].toDouble();
+        // An argument with a decimal point is a fractional read-out, one without a whole one.
+        const auto argument = row[3].contains(u'.')
+                                  ? std::variant<std::int64_t, double>(row[3].toDouble())
+                                  : std::int64_t(row[3].toLongLong());
         const DistanceReadout readout = format == Metric
                                             ? DistanceFormatter::metricReadout(meters)
                                             : DistanceFormatter::imperialReadout(meters);
-        EXPECT_STREQ(readout.key, key) << meters << " m";
+        EXPECT_STREQ(readout.key, qPrintable(row[2])) << meters << " m";
         EXPECT_EQ(readout.argument, argument) << meters << " m";
     }
 }
@@ -41,19 +37,13 @@ TEST(DistanceFormatterTest, ThresholdsPickTheTextAndTheNumber)
 TEST(DistanceFormatterTest, NumbersFollowTheLocale)
 {
     const QLocale us(QLocale::English, QLocale::UnitedStates);
-    const QLocale germany(QLocale::German, QLocale::Germany);
     const QLocale egypt(QLocale::Arabic, QLocale::Egypt);
-    const std::tuple<QLocale, DistanceFormat, double, const char16_t *> cases[] = {
-        {us, Metric, 65, u"65 m"}, {us, Metric, 1234.5, u"1.24 km"},
-        {germany, Metric, 1234.5, u"1,24 km"},
-        // Thousands are grouped as the user's locale groups them.
-        {germany, Metric, 12345678, u"12.346 km"}, {us, Imperial, 402, u"1,319 ft"},
-        {germany, Imperial, 402, u"1.319 ft"}, {us, Imperial, 1609.344, u"1.00 mi"},
-        {us, Imperial, 16093.44, u"10 mi"}};
-    for (const auto &[locale, format, meters, expected] : cases) {
-        const QString text = QString::fromUtf16(expected);
+    for (const QStringList &row : testTable("formatting/distance-strings.tsv")) {
+        const DistanceFormat format = units(row[1]);
+        const double meters = row[2].toDouble();
+        const QString &text = row[3];
         SCOPED_TRACE(text.toStdString());
-        DistanceFormatter formatter(locale);
+        DistanceFormatter formatter{QLocale(row[0])};
         EXPECT_EQ(format == Metric ? formatter.metricStringForDistance(meters)
                                    : formatter.imperialStringForDistance(meters),
                   text);

@@ -1,34 +1,31 @@
 #include "DoubleValue.h"
 
+#include "TestTable.h"
+
 #include <QString>
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
-#include <tuple>
+#include <cstdlib>
 
 namespace {
 
 TEST(DoubleValueTest, LongestNumericPrefix)
 {
-    constexpr double inf = std::numeric_limits<double>::infinity();
     // The same value, NaN included.
     const auto same = [](double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); };
-    const std::tuple<const char *, double, std::size_t> cases[] = {
-        {"12.5", 12.5, 4}, {"  -3", -3, 4}, {"\t+7x", 7, 3}, {"abc", 0, 0}, {"", 0, 0},
-        {".5", 0.5, 2}, {"5.", 5, 2}, {".", 0, 0}, {"-", 0, 0}, {"1e3", 1000, 3}, {"2e", 2, 1},
-        {"2e+", 2, 1}, {"1.5E-2°", 0.015, 6}, {"nan", std::nan(""), 3}, {"-inf", -inf, 4},
-        {"Infinity!", inf, 8}, {"INF", inf, 3}, {"1e400", inf, 5}, {"-1e400", -inf, 6},
-        {"1e-400", 0, 6}, {"0x10", 0, 1}, {"51.50833333333333", 51.50833333333333, 17},
-        {"12,5", 12, 2}, {"1 2", 1, 1}};
-    for (const auto &[text, expected, prefix] : cases) {
+    for (const QStringList &row : testTable("formatting/double-prefixes.tsv")) {
+        // A tab cannot stand in a field of the table, so it is written as \t.
+        const std::string text =
+            QString(row[0]).replace(QStringLiteral("\\t"), QStringLiteral("\t")).toStdString();
         SCOPED_TRACE(text);
         const double value = doubleValue(std::string_view(text));
-        EXPECT_TRUE(same(value, expected)) << value;
-        EXPECT_EQ(numericPrefixLength(text), prefix);
+        // strtod, unlike QString::toDouble, reads "nan" and "inf".
+        EXPECT_TRUE(same(value, std::strtod(qPrintable(row[1]), nullptr))) << value;
+        EXPECT_EQ(numericPrefixLength(text), row[2].toULongLong());
         // The UTF-16 form reads the same.
-        EXPECT_TRUE(same(doubleValue(QString::fromUtf8(text)), value));
+        EXPECT_TRUE(same(doubleValue(QString::fromStdString(text)), value));
     }
     // Anything outside ASCII ends the number; Arabic-Indic digits are not read.
     EXPECT_EQ(doubleValue(QStringView(u"12\u00b030")), 12);

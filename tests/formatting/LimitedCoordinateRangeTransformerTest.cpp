@@ -1,5 +1,7 @@
 #include "LimitedCoordinateRangeTransformer.h"
 
+#include "TestTable.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -18,11 +20,9 @@ TEST(LimitedCoordinateRangeTransformerTest, ClampsIntoTheLimits)
 {
     const LimitedCoordinateRangeTransformer globe;
     // The default limits are the globe.
-    const std::pair<Coordinate, Coordinate> cases[] = {
-        {{95, 200}, {90, 180}}, {{-95, -200}, {-90, -180}}, {{45, 10}, {45, 10}},
-        {{90, -180}, {90, -180}}};
-    for (const auto &[input, expected] : cases)
-        EXPECT_EQ(globe.transformedCoordinate(input), expected);
+    for (const QStringList &row : testTable("formatting/globe-clamping.tsv"))
+        EXPECT_EQ(globe.transformedCoordinate({row[0].toDouble(), row[1].toDouble()}),
+                  (Coordinate{row[2].toDouble(), row[3].toDouble()}));
     // Not a number passes through.
     const Coordinate out =
         globe.transformedCoordinate({std::numeric_limits<double>::quiet_NaN(), 500});

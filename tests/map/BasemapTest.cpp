@@ -3,6 +3,8 @@
 #include "MapProjection.h"
 #include "MapTile.h"
 
+#include "TestTable.h"
+
 #include <QFile>
 #include <QImage>
 #include <QPainter>
@@ -11,11 +13,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <thread>
-#include <tuple>
 #include <vector>
 
 namespace {
@@ -36,6 +38,14 @@ QPoint pixelAt(Coordinate coordinate, const MapRect &rect, double zoomScale, dou
     const MapPoint point = mapPointForCoordinate(coordinate);
     return {int(std::floor((point.x - rect.x) * zoomScale * ratio)),
             int(std::floor((point.y - rect.y) * zoomScale * ratio))};
+}
+
+// The map's colours by the names the tables use; an unknown name throws, failing the test.
+QColor colourNamed(const QString &name)
+{
+    const std::array colours{Basemap::landColor(), Basemap::oceanColor(), Basemap::borderColor(),
+                             Basemap::coastlineColor()};
+    return colours.at(QStringLiteral("land ocean border coastline").split(u' ').indexOf(name));
 }
 
 int colourDistance(QRgb a, QRgb b)
@@ -75,42 +85,31 @@ protected:
 
 TEST_F(Basemaps, LandOrSeaWhereItBelongs)
 {
-    // The Sahara, central Australia, Amazonia, Siberia, the Greenland ice; the North and South
-    // Pacific, the South Atlantic, the Indian Ocean and the Ionian Sea: each 1.5° from any line.
-    // Then just off a coast, from levels where a few kilometres are pixels: the North Sea west of
-    // Texel, the Atlantic west of the Cape of Good Hope, the Landes inland from Biscay.
-    const std::tuple<Coordinate, bool, int> places[] = {
-        {{26.0, 3.0}, true, 0},      {{-25.0, 134.0}, true, 0},  {{-5.0, -60.0}, true, 0},
-        {{62.0, 100.0}, true, 0},    {{75.0, -40.0}, true, 0},   {{30.0, -150.0}, false, 0},
-        {{-40.0, -130.0}, false, 0}, {{-30.0, -15.0}, false, 0}, {{-30.0, 80.0}, false, 0},
-        {{35.5, 18.5}, false, 0},    {{53.05, 4.45}, false, 9},  {{-34.40, 18.30}, false, 9},
-        {{44.0, -0.8}, true, 9}};
-    for (const auto &[coordinate, land, lowest] : places)
+    for (const QStringList &row : testTable("map/basemap-places.tsv")) {
+        const Coordinate coordinate{row[0].toDouble(), row[1].toDouble()};
         for (const int level : {1, 3, 5, 8, 9, 11, 12})
             for (const double ratio : {1.0, 2.0}) {
-                if (level < lowest)
+                if (level < row[3].toInt())
                     continue;
-                SCOPED_TRACE(testing::Message()
-                             << coordinate.latitude << ", " << coordinate.longitude << " level "
-                             << level << " at " << ratio << "x");
+                SCOPED_TRACE(testing::Message() << row.join(u' ').toStdString() << " level "
+                                                << level << " at " << ratio << "x");
                 const double zoomScale = zoomScaleForLevel(level);
                 const MapRect rect = tileAt(coordinate, zoomScale);
                 EXPECT_TRUE(pixelIs(map->renderTile(rect, zoomScale, ratio),
                                     pixelAt(coordinate, rect, zoomScale, ratio),
-                                    land ? Basemap::landColor() : Basemap::oceanColor()));
+                                    colourNamed(row[2])));
             }
+    }
 }
 
-// Walking from land across the 49th parallel at 100° W (a border far from lakes and coasts) and
-// west across the Dutch coast at 52.5° N, some pixel is nearer the line's colour than land is.
 TEST_F(Basemaps, BordersAndCoastlinesAreDrawn)
 {
-    const std::tuple<Coordinate, Coordinate, int, QColor, QColor> walks[] = {
-        {{49.1, -100.0}, {48.9, -100.0}, 6, Basemap::borderColor(), Basemap::landColor()},
-        {{52.5, 4.9}, {52.5, 4.3}, 8, Basemap::coastlineColor(), Basemap::oceanColor()}};
-    for (const auto &[from, to, level, line, end] : walks) {
-        SCOPED_TRACE(testing::Message() << "level " << level);
-        const double zoomScale = zoomScaleForLevel(level), size = mapTileSizePoints / zoomScale;
+    for (const QStringList &row : testTable("map/basemap-walks.tsv")) {
+        SCOPED_TRACE(row.join(u' ').toStdString());
+        const Coordinate from{row[0].toDouble(), row[1].toDouble()},
+            to{row[2].toDouble(), row[3].toDouble()};
+        const QColor line = colourNamed(row[5]), end = colourNamed(row[6]);
+        const double zoomScale = zoomScaleForLevel(row[4].toInt()), size = 256.0 / zoomScale;
         const MapPoint a = mapPointForCoordinate(from), b = mapPointForCoordinate(to);
         const MapRect rect{(a.x + b.x - size) / 2, (a.y + b.y - size) / 2, size, size};
         const QImage tile = map->renderTile(rect, zoomScale, 2.0);
@@ -131,12 +130,10 @@ TEST_F(Basemaps, BordersAndCoastlinesAreDrawn)
 TEST_F(Basemaps, TileHasRoundedPixelSize)
 {
     const MapPoint centre = mapPointForCoordinate({45.0, 10.0});
-    const std::tuple<double, double, double, double> sizes[] = {
-        {0, 1.0, 256, 256},   {7.5, 1.5, 256, 256}, {21.7, 3.0, 256, 256},
-        {3.3, 2.0, 256, 256}, {9, 2.0, 100, 40},    {22, 1.0, 333.3, 17.6}};
-    for (const auto &[level, ratio, width, height] : sizes) {
-        SCOPED_TRACE(testing::Message() << "level " << level << " at " << ratio << "x");
-        const double zoomScale = std::exp2(level - 20.0);
+    for (const QStringList &row : testTable("map/basemap-tile-sizes.tsv")) {
+        SCOPED_TRACE(row.join(u' ').toStdString());
+        const double zoomScale = std::exp2(row[0].toDouble() - 20.0), ratio = row[1].toDouble();
+        const double width = row[2].toDouble(), height = row[3].toDouble();
         const QImage tile = map->renderTile(
             {centre.x, centre.y, width / zoomScale, height / zoomScale}, zoomScale, ratio);
         EXPECT_EQ(tile.size(), QSize(std::lround(width * ratio), std::lround(height * ratio)));
@@ -145,21 +142,14 @@ TEST_F(Basemaps, TileHasRoundedPixelSize)
     }
 }
 
-// No wrap-around at the antimeridian and no Antarctic land past the world's bottom edge.
 TEST_F(Basemaps, BeyondTheWorldIsSea)
 {
-    const double z3 = zoomScaleForLevel(3), s3 = 256.0 / z3;
-    const double z9 = zoomScaleForLevel(9), s9 = 256.0 / z9;
-    const std::tuple<const char *, MapRect, double> outside[] = {
-        {"west", {-2 * s3, H / 2, s3, s3}, z3},
-        {"east", {W + 10.0, H / 3, s3, s3}, z3},
-        {"north", {W / 2, -s9 - 1.0, s9, s9}, z9},
-        {"south", {W / 2, H + 1.0, s9, s9}, z9},
-        {"far away", {-1e12, 1e12, s9, s9}, z9}};
-    for (const auto &[name, rect, zoomScale] : outside) {
-        const QImage tile = map->renderTile(rect, zoomScale, 2.0);
-        ASSERT_FALSE(tile.isNull()) << name;
-        EXPECT_TRUE(allPixelsAre(tile, Basemap::oceanColor())) << name;
+    for (const QStringList &row : testTable("map/basemap-outside.tsv")) {
+        const double zoomScale = zoomScaleForLevel(row[3].toInt()), size = 256.0 / zoomScale;
+        const QImage tile =
+            map->renderTile({row[1].toDouble(), row[2].toDouble(), size, size}, zoomScale, 2.0);
+        ASSERT_FALSE(tile.isNull()) << row[0].toStdString();
+        EXPECT_TRUE(allPixelsAre(tile, Basemap::oceanColor())) << row[0].toStdString();
     }
     // Over the west edge: the western half stays sea, the eastern half is the world's western
     // half, Brazil included, and its clamped bottom row is Antarctica.
@@ -208,12 +198,12 @@ TEST_F(Basemaps, LevelOfDetailFollowsTheZoom)
 
 TEST_F(Basemaps, NonsenseArgumentsDrawNothingAndMakeNoImage)
 {
+    for (const QStringList &r : testTable("map/basemap-nonsense-tiles.tsv")) {
+        const MapRect rect{r[0].toDouble(), r[1].toDouble(), r[2].toDouble(), r[3].toDouble()};
+        EXPECT_TRUE(map->renderTile(rect, r[4].toDouble(), r[5].toDouble()).isNull())
+            << r.join(u' ').toStdString();
+    }
     const MapRect rect{W / 2, H / 2, 1000.0, 1000.0};
-    EXPECT_TRUE(map->renderTile(rect, 0.0, 2.0).isNull());
-    EXPECT_TRUE(map->renderTile(rect, std::nan(""), 2.0).isNull());
-    EXPECT_TRUE(map->renderTile(rect, 1.0, 0.0).isNull());
-    EXPECT_TRUE(map->renderTile({0, 0, 0, 0}, 1.0, 2.0).isNull());
-    EXPECT_TRUE(map->renderTile({0, 0, 1e9, 1e9}, 1.0, 2.0).isNull()); // absurdly large
 
     QImage image(64, 64, QImage::Format_RGB32);
     image.fill(Qt::red);
@@ -228,12 +218,11 @@ TEST_F(Basemaps, NonsenseArgumentsDrawNothingAndMakeNoImage)
 // tile must match the same tile drawn alone afterwards.
 TEST_F(Basemaps, ConcurrentTilesMatchSequentialOnes)
 {
-    const Coordinate centres[] = {{37.05, 25.35}, {68.15, 14.10}, {52.5, 4.9}, {-34.4, 18.3}};
-    const double levels[] = {2.0, 4.5, 6.0, 7.3, 9.0, 12.0, 3.0, 8.0};
-    const auto draw = [&](std::size_t k) {
-        k %= 8;
-        const double zoomScale = std::exp2(levels[k] - 20.0);
-        return map->renderTile(tileAt(centres[k % 4], zoomScale), zoomScale, 1.0 + double(k % 3));
+    const auto draw = [&, tiles = testTable("map/basemap-concurrent-tiles.tsv")](std::size_t k) {
+        const QStringList &tile = tiles.at(qsizetype(k) % tiles.size());
+        const double zoomScale = std::exp2(tile[0].toDouble() - 20.0);
+        return map->renderTile(tileAt({tile[1].toDouble(), tile[2].toDouble()}, zoomScale),
+                               zoomScale, tile[3].toDouble());
     };
     std::vector<std::vector<QImage>> concurrent(4);
     {
@@ -299,11 +288,9 @@ TEST_F(BasemapFile, HandMadeFileDrawsItsIsland)
     EXPECT_EQ(map->levelOfDetailCount(), 1u);
     const QImage world = map->renderTile(MapRect::world(), zoomScaleForLevel(0), 1.0);
     ASSERT_EQ(world.size(), QSize(256, 256));
-    EXPECT_TRUE(pixelIs(world, {100, 128}, Basemap::landColor()));
-    EXPECT_TRUE(pixelIs(world, {20, 20}, Basemap::oceanColor()));
-    EXPECT_TRUE(pixelIs(world, {250, 128}, Basemap::oceanColor()));
-    EXPECT_TRUE(pixelIs(world, {128, 100}, Basemap::borderColor(), 60));
-    EXPECT_TRUE(pixelIs(world, {64, 128}, Basemap::coastlineColor(), 60));
+    for (const QStringList &row : testTable("map/basemap-island-pixels.tsv"))
+        EXPECT_TRUE(
+            pixelIs(world, {row[0].toInt(), row[1].toInt()}, colourNamed(row[2]), row[3].toInt()));
 }
 
 TEST_F(BasemapFile, LoadsACopyOnDiskButNotAMissingFile)
@@ -339,33 +326,18 @@ TEST_F(BasemapFile, InconsistentPayloadsGiveNull)
 {
     const QByteArray good = squareIsland;
     ASSERT_NE(Basemap::fromBytes(fileFor(good)), nullptr);
-    const std::tuple<const char *, int, char> lies[] = {
-        {"another world size", 0, 27},
-        {"no levels", 1, 0},
-        {"a level missing", 1, 2},
-        {"a grid too fine", 3, 11},
-        {"units larger than the cell", 4, 29},
-        {"more units a cell than points hold", 4, 10},
-        {"more rings than bytes", 5, 100},
-        {"a point total that does not add up", 6, 5},
-        {"a ring of two points", 7, 2},
-        {"a point outside its cell", 8, 0x7f}};
-    for (const auto &[what, position, value] : lies) {
-        QByteArray p = good;
-        p[position] = value;
-        EXPECT_EQ(Basemap::fromBytes(fileFor(p)), nullptr) << what;
+    for (const QStringList &row : testTable("map/basemap-lies.tsv")) {
+        const bool inFile = row[1] == u"file";
+        QByteArray bytes = inFile ? fileFor(good) : good;
+        bytes[row[2].toInt()] = char(row[3].toInt());
+        EXPECT_EQ(Basemap::fromBytes(inFile ? bytes : fileFor(bytes)), nullptr)
+            << row[0].toStdString();
     }
     QByteArray longVarint = good;
     longVarint.replace(5, 1, QByteArray("\xff\xff\xff\xff\xff", 5));
     EXPECT_EQ(Basemap::fromBytes(fileFor(longVarint)), nullptr) << "a varint too long";
     EXPECT_EQ(Basemap::fromBytes(fileFor(good + '\0')), nullptr) << "a byte left over";
     EXPECT_EQ(Basemap::fromBytes(fileFor(good.chopped(1))), nullptr) << "cut short";
-    // File version 2, and no compression flag.
-    for (const auto &[position, value] : {std::pair{8, 2}, std::pair{12, 0}}) {
-        QByteArray file = fileFor(good);
-        file[position] = char(value);
-        EXPECT_EQ(Basemap::fromBytes(file), nullptr) << "byte " << position;
-    }
 }
 
 // Every single-bit change of a small payload, compressed anew so only the decoder's own checks

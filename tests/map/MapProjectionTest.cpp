@@ -1,39 +1,26 @@
 #include "MapProjection.h"
 
+#include "TestTable.h"
+
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numbers>
-#include <utility>
-#include <vector>
 
 namespace {
 
-constexpr double W = mapWorldWidth;
 constexpr double H = mapWorldHeight;
-// The latitude of the world's top edge: atan(sinh(pi)).
-const double edgeLatitude = std::atan(std::sinh(std::numbers::pi)) * 180.0 / std::numbers::pi;
 
 TEST(MapProjection, ProjectsOntoTheWorldAndBack)
 {
-    struct Case
-    {
-        double latitude, longitude, x, y, tolerance;
-    };
-    // 45° N: y = (0.5 - ln(tan(67.5°)) / 2π) · H.
-    const double y45 = (0.5 - std::log(1.0 + std::sqrt(2.0)) / (2 * std::numbers::pi)) * H;
-    // The centre, the antimeridian on both sides and the corners of the world are exact.
-    for (const Case &c :
-         {Case{0, 0, W / 2, H / 2, 0}, Case{0, -180, 0, H / 2, 0}, Case{0, 180, W, H / 2, 0},
-          Case{0, 90, W * 0.75, H / 2, 0}, Case{edgeLatitude, -180, 0, 0, 1e-6},
-          Case{-edgeLatitude, 180, W, H, 1e-6}, Case{45, 0, W / 2, y45, 1e-6}}) {
-        SCOPED_TRACE(testing::Message() << c.latitude << ", " << c.longitude);
-        const MapPoint p = mapPointForCoordinate({c.latitude, c.longitude});
-        EXPECT_NEAR(p.x, c.x, c.tolerance);
-        EXPECT_NEAR(p.y, c.y, c.tolerance);
-        const Coordinate back = coordinateForMapPoint({c.x, c.y});
+    for (const QStringList &row : testTable("map/projection-points.tsv")) {
+        SCOPED_TRACE(row.join(u' ').toStdString());
+        const Coordinate c{row[0].toDouble(), row[1].toDouble()};
+        const MapPoint expected{row[2].toDouble(), row[3].toDouble()};
+        const MapPoint p = mapPointForCoordinate(c);
+        EXPECT_NEAR(p.x, expected.x, row[4].toDouble());
+        EXPECT_NEAR(p.y, expected.y, row[4].toDouble());
+        const Coordinate back = coordinateForMapPoint(expected);
         EXPECT_NEAR(back.latitude, c.latitude, 1e-12);
         EXPECT_EQ(back.longitude, c.longitude);
     }
@@ -68,17 +55,13 @@ TEST(MapProjection, PolesAreFiniteAndBeyondTheEdges)
     EXPECT_NEAR(coordinateForMapPoint(south).latitude, -90.0, 1e-6);
 }
 
-// Rectangles that only share an edge, or are empty, add no pixel to each other.
 TEST(MapRect, IntersectsNeedsAnOverlapOfPositiveArea)
 {
     const MapRect a{0, 0, 10, 10};
-    const std::pair<MapRect, bool> cases[] = {
-        {{5, 5, 10, 10}, true}, {{10, 0, 10, 10}, false},     {{0, 10, 10, 10}, false},
-        {{2, 2, 1, 1}, true},   {{9.999, 9.999, 1, 1}, true}, {{-5, -5, 30, 30}, true},
-        {{11, 0, 1, 1}, false}, {{5, 5, 0, 0}, false},
-    };
-    for (const auto &[b, intersects] : cases) {
-        SCOPED_TRACE(testing::Message() << b.x << ", " << b.y << ", " << b.width);
+    for (const QStringList &row : testTable("map/rect-intersections.tsv")) {
+        SCOPED_TRACE(row.join(u' ').toStdString());
+        const MapRect b{row[0].toDouble(), row[1].toDouble(), row[2].toDouble(), row[3].toDouble()};
+        const bool intersects = row[4] == u"yes";
         EXPECT_EQ(a.intersects(b), intersects);
         EXPECT_EQ(b.intersects(a), intersects);
     }

@@ -1,5 +1,6 @@
 #include "MapTileLayer.h"
 #include "FakeTileSource.h"
+#include "TestTable.h"
 
 #include <QSignalSpy>
 
@@ -9,7 +10,6 @@
 #include <cmath>
 #include <memory>
 #include <set>
-#include <tuple>
 
 namespace {
 
@@ -63,26 +63,14 @@ Cells cells(const std::vector<TileKey> &keys)
 
 TEST(MapTileLayer, TilesAreDrawnAtWholeLevelsWhileMovingAndExactlyOnceSettled)
 {
-    // A name, the view's level, whether settled, whole levels only, the device pixel ratio and
-    // the level of the tiles asked for.
-    const std::tuple<const char *, double, bool, bool, double, double> cases[] = {
-        {"settled fraction", -8.3, true, false, 1, -8.3},
-        {"moving rounds down", -8.3, false, false, 1, -8},
-        {"moving rounds up", -8.7, false, false, 1, -9},
-        {"moving whole level", -5, false, false, 2, -5},
-        // A raster server at twice the pixels: one level finer.
-        {"raster at ratio 2", -8, true, true, 2, -7},
-        {"raster rounds", -8.4, true, true, 1, -8},
-        // Servers stop at level 19; beyond, it is scaled up.
-        {"raster capped", 2, true, true, 1, -1}};
-    for (const auto &[name, level, exact, wholeLevels, ratio, tileLevel] : cases) {
-        SCOPED_TRACE(name);
-        Fixture f(true, wholeLevels);
-        f.show(middle, middle, level, ratio, exact);
-        EXPECT_DOUBLE_EQ(f.layer->tileScale(), std::exp2(tileLevel));
+    for (const QStringList &row : testTable("map/tile-layer-levels.tsv")) {
+        SCOPED_TRACE(row.join(u' ').toStdString());
+        Fixture f(true, row[3] == u"whole");
+        f.show(middle, middle, row[1].toDouble(), row[4].toDouble(), row[2] == u"settled");
+        EXPECT_DOUBLE_EQ(f.layer->tileScale(), std::exp2(row[5].toDouble()));
         ASSERT_FALSE(f.source->requests.empty());
         for (const TileKey &key : f.source->requests)
-            EXPECT_DOUBLE_EQ(key.zoomScale, std::exp2(tileLevel));
+            EXPECT_DOUBLE_EQ(key.zoomScale, std::exp2(row[5].toDouble()));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "MapView.h"
 #include "FakeTileSource.h"
 #include "RenderedTileSource.h"
+#include "TestTable.h"
 
 #include <QPointingDevice>
 #include <QQuickWindow>
@@ -83,10 +84,8 @@ TEST_F(MapViewTest, ThePointCentredIsInTheMiddleAndEveryPointConvertsBack)
     EXPECT_DOUBLE_EQ(rect.width, 400.0 / map->zoomScale());
     EXPECT_DOUBLE_EQ(rect.height, 400.0 / map->zoomScale());
     EXPECT_DOUBLE_EQ(rect.midX(), map->centerMapPoint().x);
-    // Seattle, both sides of the antimeridian, far south.
-    for (const Coordinate place :
-         {Coordinate{0.0, 0.0}, Coordinate{47.620496, -122.34927}, Coordinate{-17.7, 179.99},
-          Coordinate{65.0, -179.95}, Coordinate{-84.9, 170.0}}) {
+    for (const QStringList &row : testTable("map/map-view-places.tsv")) {
+        const Coordinate place{row[0].toDouble(), row[1].toDouble()};
         SCOPED_TRACE(place.longitude);
         map->setCenter(place.latitude, place.longitude);
         expectSameCoordinate(map->centerCoordinate(), place, 1e-9);

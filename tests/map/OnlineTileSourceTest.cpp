@@ -1,6 +1,7 @@
 #include "OnlineTileSource.h"
 
 #include "LocalTileServer.h"
+#include "TestTable.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -19,7 +20,6 @@
 #include <mutex>
 #include <sstream>
 #include <string>
-#include <tuple>
 #include <vector>
 
 using namespace std::chrono_literals;
@@ -131,99 +131,61 @@ protected:
 TEST(OnlineTileSource, SubstitutesLevelColumnAndRowInWebAddressesWithAllThreePlaceholders)
 {
     const QTemporaryDir cache;
+    for (const QStringList &row : testTable("map/online-tile-addresses.tsv")) {
+        SCOPED_TRACE(row.join(u' ').toStdString());
+        OnlineTileSource source(row[0], QString(), cache.path());
+        if (row[1] != u"-")
+            source.setMaxZoomLevel(row[1].toInt());
+        const auto url = source.urlForTile({zoomScaleForLevel(row[2].toInt()) * row[3].toDouble(),
+                                            row[4].toLongLong(), row[5].toLongLong()});
+        EXPECT_EQ(url ? url->toString().toStdString() : "-", row[6].toStdString());
+    }
     OnlineTileSource source(QStringLiteral("https://tile.example.org/{z}/{x}/{y}.png"), QString(),
                             cache.path());
-    const std::pair<TileKey, const char *> cases[] = {
-        {keyAt(0, 0, 0), "0/0/0"},
-        {keyAt(3, 5, 2), "3/5/2"},                       // column is x and row is y
-        {keyAt(19, 524287, 524287), "19/524287/524287"}, // the last tile of the top level
-        {{zoomScaleForLevel(4) * 1.5, 3, 3}, "5/3/3"},   // scales between levels round
-        {{zoomScaleForLevel(4) * 1.3, 3, 3}, "4/3/3"},
-        // None at no scale; tiles out of range are below, with the server.
-        {{std::nan(""), 0, 0}, ""},
-    };
-    for (const auto &[key, path] : cases) {
-        const std::optional<QUrl> url = source.urlForTile(key);
-        EXPECT_EQ(url ? url->toString().toStdString() : "",
-                  *path ? "https://tile.example.org/" + std::string(path) + ".png" : "")
-            << path << ' ' << key.column << ' ' << key.row;
-    }
     EXPECT_TRUE(source.wholeLevelsOnly());
-    source.setMaxZoomLevel(20);
-    EXPECT_EQ(source.urlForTile(keyAt(20, 3, 4))->toString().toStdString(),
-              "https://tile.example.org/20/3/4.png");
     source.setMaxZoomLevel(99);
     EXPECT_EQ(source.maxZoomLevel(), mapMaxZoomLevel);
-    const OnlineTileSource lettered(
-        QStringLiteral("https://{s}.tile.example.org/{z}/{x}/{y}?k={z}"), QString(), cache.path());
-    EXPECT_EQ(lettered.urlForTile(keyAt(4, 1, 2))->toString().toStdString(),
-              "https://a.tile.example.org/4/1/2?k=4");
-
-    // Only web addresses with all three placeholders serve tiles.
-    const std::pair<const char *, bool> templates[] = {
-        {"https://tile.example.org/{z}/{x}/{y}.png", true},
-        {"http://{s}.tiles.test:8080/{z}/{x}/{y}", true},
-        {"https://t.test/tile?z={z}&x={x}&y={y}", true},
-        {"file:///tmp/{z}/{x}/{y}.png", false},
-        {"https://tile.example.org/{z}/{x}.png", false},
-        {"https:///{z}/{x}/{y}", false},
-        {"https://tile.example.org/{x}/{y}.png", false},
-        {"{z} {x} {y}", false},
-        {"", false}};
-    for (const auto &[urlTemplate, usable] : templates)
-        EXPECT_EQ(!OnlineTileSource::problemWithTemplate(QString::fromUtf8(urlTemplate)), usable)
-            << urlTemplate;
+    for (const QStringList &row : testTable("map/online-tile-templates.tsv"))
+        EXPECT_EQ(!OnlineTileSource::problemWithTemplate(row[0]), row[1] == u"yes")
+            << row[0].toStdString();
 }
 
 // ---- answers ---------------------------------------------------------------------------------
 
 TEST_F(OnlineTileSourceTest, AnswersEachTileOnceAfterTheExpectedAttemptsWaitingLongerEachTime)
 {
-    // What the server answers, how many requests it sees (at most one and three retries), and
-    // whether the tile comes.
-    const std::tuple<const char *, int, bool> cases[] = {
-        {"ok", 1, true},          {"404 ok", 1, false},        {"403 ok", 1, false},
-        {"500 ok", 2, true},      {"503 502 ok", 3, true},     {"429 ok", 2, true},
-        {"408 ok", 2, true},      {"500 500 500 ok", 4, true}, {"500", 4, false},
-        {"garbage ok", 1, false}, {"empty ok", 1, false},      {"huge ok", 1, false},
-        {"cut ok", 2, true},      {"cut", 4, false},           {"stall ok", 2, true},
-        {"stall", 4, false},
-    };
-    // Tiles the server cannot have fail without a request, and never inside requestTile.
-    std::vector<TileKey> keys = {keyAt(2, -1, 0), keyAt(2, 0, -1), keyAt(2, 4, 0),  keyAt(2, 0, 4),
-                                 keyAt(20, 0, 0), keyAt(22, 5, 5), keyAt(-1, 0, 0), {0.0, 0, 0}};
-    const std::size_t outOfRange = keys.size();
+    const QList<QStringList> cases = testTable("map/online-tile-answers.tsv");
     source->setMaxRetries(3);
     source->setFirstRetryDelay(30ms);
     source->setTransferTimeout(300ms);
+    std::vector<TileKey> keys;
     int attempts = 0;
-    for (const auto &[script, tries, ready] : cases) {
-        keys.push_back(keyAt(6, std::int64_t(keys.size()), 21));
-        server.script(pathOf(keys.back()), responses(script));
-        attempts += tries;
+    for (const QStringList &row : cases) {
+        keys.push_back({row[0].toDouble(), row[1].toLongLong(), row[2].toLongLong()});
+        if (row[3] != u"-")
+            server.script(pathOf(keys.back()), responses(qPrintable(row[3])));
+        attempts += row[4].toInt();
     }
     for (const TileKey &key : keys)
         source->requestTile(key, 2.0);
-    EXPECT_TRUE(answers.empty());
+    EXPECT_TRUE(answers.empty()); // never inside requestTile, not even for tiles out of range
     EXPECT_EQ(source->pendingCount(), int(keys.size()));
     ASSERT_TRUE(waitFor(answers, keys.size(), 3 * deadlineMs));
     settle();
 
     ASSERT_EQ(answers.size(), keys.size());
     for (std::size_t i = 0; i < keys.size(); ++i) {
-        const auto [script, tries, ready] =
-            i < outOfRange ? std::tuple("out of range", 0, false) : cases[i - outOfRange];
-        SCOPED_TRACE(script);
+        SCOPED_TRACE(cases[i].join(u' ').toStdString());
         const auto answer = std::ranges::find(answers, keys[i], &Answer::key);
         ASSERT_NE(answer, answers.end());
-        ASSERT_EQ(answer->ready, ready);
+        ASSERT_EQ(answer->ready, cases[i][5] == u"yes");
         // The server's own size: the device pixel ratio is ignored.
         if (answer->ready) {
             EXPECT_EQ(answer->image.size(), QSize(300, 300));
             EXPECT_EQ(answer->image.pixel(100, 100), qRgb(10, 200, 30));
         }
         const QList<LocalTileServer::Request> seen = server.requestsFor(pathOf(keys[i]));
-        EXPECT_EQ(seen.size(), tries);
+        EXPECT_EQ(seen.size(), cases[i][4].toInt());
         // Lower bounds only, with a margin for the timer's rounding: 30, 60 and 120 ms.
         for (qsizetype retry = 1; retry < seen.size(); ++retry) {
             EXPECT_GE(seen[retry].receivedAtMs - seen[retry - 1].receivedAtMs,

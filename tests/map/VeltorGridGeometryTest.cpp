@@ -1,13 +1,14 @@
 #include "VeltorGridGeometry.h"
 #include "VeltorFormatter.h"
 
+#include "TestTable.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
-#include <tuple>
 #include <vector>
 
 namespace {
@@ -16,7 +17,6 @@ constexpr double W = mapWorldWidth;
 constexpr double H = mapWorldHeight;
 constexpr auto Two = VeltorFormat::TwoCharacters;
 constexpr auto Four = VeltorFormat::FourCharacters;
-constexpr auto Six = VeltorFormat::SixCharacters;
 constexpr auto Eight = VeltorFormat::EightCharacters;
 
 VeltorFormatter formatterFor(VeltorFormat format)
@@ -24,6 +24,12 @@ VeltorFormatter formatterFor(VeltorFormat format)
     VeltorFormatter formatter;
     formatter.setFormat(format);
     return formatter;
+}
+
+// Four numbers of a table row from column i on, as a rectangle.
+MapRect rectAt(const QStringList &row, int i)
+{
+    return {row[i].toDouble(), row[i + 1].toDouble(), row[i + 2].toDouble(), row[i + 3].toDouble()};
 }
 
 struct Grid
@@ -52,21 +58,15 @@ void expectSnapped(const std::vector<double> &lines, double zoomScale)
 // caps the level; two characters always draw fields.
 TEST(VeltorGridLevels, PicksTheLevelForTheZoomScaleAndPreference)
 {
-    // A hair above each threshold.
-    const double a1 = std::nextafter(0.0001, 1.0), a15 = std::nextafter(0.0015, 1.0),
-                 a3 = std::nextafter(0.03, 1.0);
     const double divisions[] = {18.0, 180.0, 4320.0, 43200.0};
-    const std::tuple<double, VeltorFormat, int> cases[] = {
-        {0.0, Two, 0},      {0.0015, Two, 0}, {a15, Two, 0},      {1e6, Two, 0},
-        {0.05, Eight, 3},   {a3, Eight, 3},   {0.03, Eight, 2},   {a15, Eight, 2},
-        {0.0015, Eight, 1}, {a1, Eight, 1},   {0.0001, Eight, 0}, {0.0, Eight, 0},
-        {100.0, Eight, 3},  {1.0, Four, 1},   {a1, Four, 1},      {0.0001, Four, 0},
-        {1.0, Six, 2},      {a15, Six, 2},    {0.0015, Six, 1},   {0.0001, Six, 0}};
-    for (const auto &[z, preference, level] : cases) {
-        SCOPED_TRACE(testing::Message() << "z " << z << " preference " << int(preference));
-        EXPECT_EQ(VeltorGrid::gridLevel(z, preference), level);
-        EXPECT_EQ(VeltorGrid::gridDivisions(z, preference), divisions[level]);
-        EXPECT_EQ(VeltorGrid::labelFormat(z, preference), static_cast<VeltorFormat>(level));
+    for (const QStringList &row : testTable("map/grid-levels.tsv")) {
+        SCOPED_TRACE(row.join(u' ').toStdString());
+        const double z = row[0].toDouble();
+        const auto preference = static_cast<VeltorFormat>(row[1].toInt() / 2 - 1); // 2 to 8
+        EXPECT_EQ(VeltorGrid::gridLevel(z, preference), row[2].toInt());
+        EXPECT_EQ(VeltorGrid::gridDivisions(z, preference), divisions[row[2].toInt()]);
+        EXPECT_EQ(VeltorGrid::labelFormat(z, preference),
+                  static_cast<VeltorFormat>(row[2].toInt()));
     }
 }
 
@@ -195,26 +195,12 @@ TEST(VeltorGridDeathTest, EmptyLineListsAndCorruptRectanglesStop)
 
 TEST(VeltorGridLabels, CentredAndSnappedToWholeScreenPoints)
 {
-    using Case = std::tuple<MapPoint, MapSize, double, MapRect, MapRect>;
-    // z = 1/4: (1000.3 - 20.65) / 4 = 244.91 → 245 points → 980; (2000.7 - 11.95) / 4 = 497.19
-    // → 497 → 1988. Size rounded up; the plate 6 points (24 map points) wider each side. z = 1:
-    // halves go away from zero on both sides of it. z = 2: half-point positions snap to whole
-    // points. z = 2^-13: labels of 10^5 map points, zoomed far out.
-    for (const Case &c :
-         {Case{{1000.3, 2000.7}, {41.3, 23.9}, 0.25, {980, 1988, 42, 24}, {956, 1988, 90, 24}},
-          Case{{12.5, 7.5}, {10, 5}, 1.0, {8, 5, 10, 5}, {2, 5, 22, 5}},
-          Case{{-2.5, -2.5}, {0, 0}, 1.0, {-3, -3, 0, 0}, {-9, -3, 12, 0}},
-          Case{{10.0, 10.0}, {3.2, 2.2}, 2.0, {8.5, 9.0, 4, 3}, {5.5, 9.0, 10, 3}},
-          Case{{W / 2, H / 2},
-               {409600.0, 245760.0},
-               1.0 / 8192.0,
-               {W / 2 - 204800.0, H / 2 - 122880.0, 409600.0, 245760.0},
-               {W / 2 - 253952.0, H / 2 - 122880.0, 507904.0, 245760.0}}}) {
-        const auto &[centre, text, z, textRect, plateRect] = c;
-        SCOPED_TRACE(testing::Message() << "z " << z << " x " << centre.x);
-        const VeltorGrid::LabelPlacement placement = VeltorGrid::placeLabel(centre, text, z);
-        EXPECT_EQ(placement.textRect, textRect);
-        EXPECT_EQ(placement.plateRect, plateRect);
+    for (const QStringList &row : testTable("map/grid-label-placement.tsv")) {
+        SCOPED_TRACE(row.join(u' ').toStdString());
+        const MapRect in = rectAt(row, 0); // the centre, then the text's size
+        const auto placement = VeltorGrid::placeLabel({in.x, in.y}, in.size(), row[4].toDouble());
+        EXPECT_EQ(placement.textRect, rectAt(row, 5));
+        EXPECT_EQ(placement.plateRect, rectAt(row, 9));
     }
 }
 
@@ -223,11 +209,9 @@ TEST(VeltorGridLabels, DrawnOnlyWhereThePlateReachesIn)
     const VeltorGrid::LabelPlacement placement =
         VeltorGrid::placeLabel({100, 100}, {20, 10}, 1.0); // plate (84, 95, 32, 10)
     ASSERT_EQ(placement.plateRect, (MapRect{84, 95, 32, 10}));
-    EXPECT_TRUE(VeltorGrid::labelIsDrawn(placement, {0, 0, 100, 100}));
-    EXPECT_TRUE(VeltorGrid::labelIsDrawn(placement, {115, 104, 50, 50}));
-    EXPECT_FALSE(VeltorGrid::labelIsDrawn(placement, {116, 0, 100, 200})); // touches its edge
-    EXPECT_FALSE(VeltorGrid::labelIsDrawn(placement, {0, 105, 200, 100}));
-    EXPECT_FALSE(VeltorGrid::labelIsDrawn(placement, {0, 0, 84, 200}));
+    for (const QStringList &row : testTable("map/grid-label-visibility.tsv"))
+        EXPECT_EQ(VeltorGrid::labelIsDrawn(placement, rectAt(row, 0)), row[4] == u"yes")
+            << row.join(u' ').toStdString();
 }
 
 } // namespace

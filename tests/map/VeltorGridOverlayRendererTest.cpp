@@ -2,6 +2,8 @@
 #include "VeltorFormatter.h"
 #include "VeltorGridGeometry.h"
 
+#include "TestTable.h"
+
 #include <QImage>
 #include <QPainter>
 
@@ -12,7 +14,6 @@
 #include <cmath>
 #include <cstdint>
 #include <set>
-#include <tuple>
 #include <vector>
 
 namespace {
@@ -135,11 +136,11 @@ TEST(VeltorGridOverlayRenderer, OnePointLineWithAOnePointHaloOnEachSideAtEveryLe
     // Where the two lines cross, the line colour lies over two halos.
     const Argb crossing =
         over(lineColour, over(lineColour, over(VeltorGridOverlayRenderer::haloColor(), halo)));
-    const std::tuple<double, VeltorFormat, int> cases[] = {
-        {0x1p-17, Eight, 1}, {0x1p-12, Eight, 1}, {0x1p-12, Four, 2}, {0x1p-9, Eight, 1},
-        {0x1p-5, Eight, 1},  {0x1p-5, Eight, 2},  {1.0, Four, 1}};
-    for (const auto &[z, preference, d] : cases) {
-        SCOPED_TRACE(testing::Message() << "z " << z << " at " << d << "x");
+    for (const QStringList &c : testTable("map/grid-overlay-lines.tsv")) {
+        SCOPED_TRACE(c.join(u' ').toStdString());
+        const double z = c[0].toDouble();
+        const auto preference = static_cast<VeltorFormat>(c[1].toInt() / 2 - 1); // 2 to 8
+        const int d = c[2].toInt();
         // Lines lie on whole screen points.
         const double parallel = std::round(mapPointForCoordinate({50.0, 0.0}).y * z) / z;
         VeltorGridOverlayRenderer renderer;

@@ -3,6 +3,8 @@
 #include "ScriptableLocationManager.h"
 #include "UserDefaults.h"
 
+#include "TestTable.h"
+
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -14,33 +16,25 @@
 namespace {
 
 using enum LocationManager::AuthorizationStatus;
-constexpr int Always = AuthorizedAlways, InUse = AuthorizedWhenInUse, Undecided = NotDetermined;
 
-// Asking waits for the permission answer; Started has no fix yet, Live one; Late got a fix
-// after Stopped.
-constexpr int Off = 0, Refused = 1, Asking = 2, Started = 3, Live = 4, Stopped = 5, Late = 6;
-// Begin and Permission come with the manager's status; Fix is a batch, NoFix an empty one.
-constexpr int Begin = 0, End = 1, Background = 2, Permission = 3, Fix = 4, NoFix = 5, Fail = 6;
+// The states and events of the table, by their position in these lists (see the table).
+constexpr int Refused = 1, Asking = 2, Started = 3, Live = 4, Stopped = 5, Late = 6;
+constexpr int Fix = 4, Fail = 6;
+const QStringList states =
+    QStringLiteral("Off Refused Asking Started Live Stopped Late").split(u' ');
+const QStringList events =
+    QStringLiteral("Begin End Background Permission Fix NoFix Fail").split(u' ');
+// The manager's statuses by value.
+const QStringList statuses =
+    QStringLiteral("NotDetermined Restricted Denied AuthorizedAlways AuthorizedWhenInUse")
+        .split(u' ');
 
 constexpr Location greenwich{{51.4779, -0.0006}, 4.59};
 constexpr Location east{{51.4779, 0.0003}, 5.1};
 constexpr Location unknown{{10.0, 20.0}, -1.0};
-constexpr const char *stopped = "off accuracy live";
-constexpr const char *landed = "coordinate live accuracy";
 
-// What an event does in a state: tracking after it, the calls it makes to the manager, the
-// alerts, the live flag, and the changes announced in order ("on"/"off" for tracking).
-struct Transition
-{
-    const char *name;
-    int from, event, status;
-    bool tracking;
-    int starts, stops, requests, alerts;
-    bool live;
-    const char *log;
-};
-
-class LocationTrackingSystemTest : public testing::TestWithParam<Transition>
+// One row of the table of transitions: an event in a state, and what it does.
+class LocationTrackingSystemTest : public testing::TestWithParam<QStringList>
 {
 protected:
     LocationTrackingSystemTest()
@@ -66,9 +60,9 @@ protected:
     void enter(int from)
     {
         if (from == Refused || from == Asking)
-            begin(from == Refused ? Denied : Undecided);
+            begin(from == Refused ? Denied : NotDetermined);
         if (from >= Started)
-            begin(InUse);
+            begin(AuthorizedWhenInUse);
         if (from >= Live)
             m_manager.deliver({greenwich});
         if (from >= Stopped)
@@ -93,33 +87,38 @@ protected:
 
 TEST_P(LocationTrackingSystemTest, Transition)
 {
-    const Transition &c = GetParam();
+    const QStringList &row = GetParam();
+    ASSERT_EQ(row.size(), 11);
+    const int event = events.indexOf(row[2]), status = statuses.indexOf(row[3]);
+    ASSERT_TRUE(states.contains(row[1]) && event >= 0 && (status >= 0 || row[3] == u"-"));
     EXPECT_EQ(m_manager.property("desiredAccuracy").toDouble(), 10.0);
-    enter(c.from);
+    enter(states.indexOf(row[1]));
     const Coordinate before = m_state.coordinate();
     testing::internal::CaptureStdout();
-    const std::function<void()> events[] = {
-        [&] { begin(c.status); },
+    const std::function<void()> actions[] = {
+        [&] { begin(status); },
         [&] { m_system.endTracking(); },
         [&] { m_system.applicationDidEnterBackground(); },
-        [&] { m_manager.changeAuthorization(c.status); },
-        [&] { m_manager.deliver({unknown, east}); },
+        [&] { m_manager.changeAuthorization(status); },
+        [&] {
+            m_manager.deliver({unknown, east});
+        },
         [&] { m_manager.deliver({}); },
         [&] { m_manager.fail(QStringLiteral("The NMEA log walk.nmea has ended.")); },
     };
-    events[c.event]();
+    actions[event]();
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              c.event == Fail ? "Error The NMEA log walk.nmea has ended.\n" : "");
-    EXPECT_EQ(m_system.tracking(), c.tracking);
-    EXPECT_EQ(m_manager.starts, c.starts);
-    EXPECT_EQ(m_manager.stops, c.stops);
-    EXPECT_EQ(m_manager.authorizationRequests, c.requests);
-    EXPECT_EQ(m_alerts.count(), c.alerts);
-    EXPECT_EQ(m_state.coordinateIsLiveTracked(), c.live);
+              event == Fail ? "Error The NMEA log walk.nmea has ended.\n" : "");
+    EXPECT_EQ(m_system.tracking(), row[4] == u"yes");
+    EXPECT_EQ(m_manager.starts, row[5].toInt());
+    EXPECT_EQ(m_manager.stops, row[6].toInt());
+    EXPECT_EQ(m_manager.authorizationRequests, row[7].toInt());
+    EXPECT_EQ(m_alerts.count(), row[8].toInt());
+    EXPECT_EQ(m_state.coordinateIsLiveTracked(), row[9] == u"yes");
     // Never "not live" with an accuracy still shown.
-    EXPECT_EQ(m_state.coordinateAccuracy().has_value(), c.live);
-    EXPECT_EQ(m_log, c.log);
-    if (c.event != Fix) {
+    EXPECT_EQ(m_state.coordinateAccuracy().has_value(), row[9] == u"yes");
+    EXPECT_EQ(m_log, row[10] == u"-" ? "" : row[10].toStdString());
+    if (event != Fix) {
         // Only a fix moves the point; stopping leaves it where the last fix put it.
         EXPECT_EQ(m_state.coordinate(), before);
         return;
@@ -130,46 +129,8 @@ TEST_P(LocationTrackingSystemTest, Transition)
     EXPECT_EQ(UserDefaults(storePath()).doubleForKey(m_state.longitudeUserDefaultsKey), 20.0);
 }
 
-// Refused begins turn tracking on and straight off, start nothing and alert every time.
-// Permission changes matter only while tracking; withdrawn, it stops without a word.
-const Transition transitions[] = {
-    {"OffBeginAlways", Off, Begin, Always, true, 1, 0, 0, 0, false, "on"},
-    {"OffBeginInUse", Off, Begin, InUse, true, 1, 0, 0, 0, false, "on"},
-    {"OffBeginUndecided", Off, Begin, Undecided, true, 0, 0, 1, 0, false, "on"},
-    {"OffBeginRestricted", Off, Begin, Restricted, false, 0, 0, 0, 1, false, "on off"},
-    {"OffBeginDenied", Off, Begin, Denied, false, 0, 0, 0, 1, false, "on off"},
-    {"OffEnd", Off, End, 0, false, 0, 0, 0, 0, false, ""},
-    {"OffInUse", Off, Permission, InUse, false, 0, 0, 0, 0, false, ""},
-    {"OffDenied", Off, Permission, Denied, false, 0, 0, 0, 0, false, ""},
-    {"OffFail", Off, Fail, 0, false, 0, 0, 0, 0, false, "accuracy live"},
-    {"RefusedBeginDenied", Refused, Begin, Denied, false, 0, 0, 0, 1, false, "on off"},
-    {"AskingBegin", Asking, Begin, Undecided, true, 0, 0, 0, 0, false, ""},
-    {"AskingAlways", Asking, Permission, Always, true, 1, 0, 0, 0, false, ""},
-    {"AskingInUse", Asking, Permission, InUse, true, 1, 0, 0, 0, false, ""},
-    {"AskingUndecided", Asking, Permission, Undecided, true, 0, 0, 0, 0, false, ""},
-    {"AskingRestricted", Asking, Permission, Restricted, false, 0, 1, 0, 0, false, stopped},
-    {"AskingDenied", Asking, Permission, Denied, false, 0, 1, 0, 0, false, stopped},
-    {"AskingEnd", Asking, End, 0, false, 0, 1, 0, 0, false, stopped},
-    {"StartedBegin", Started, Begin, InUse, true, 0, 0, 0, 0, false, ""},
-    // Starting promises nothing about the point until a fix arrives.
-    {"StartedFix", Started, Fix, 0, true, 0, 0, 0, 0, true, landed},
-    {"StartedNoFix", Started, NoFix, 0, true, 0, 0, 0, 0, false, ""},
-    {"LiveFix", Live, Fix, 0, true, 0, 0, 0, 0, true, landed},
-    {"LiveEnd", Live, End, 0, false, 0, 1, 0, 0, false, stopped},
-    {"LiveBackground", Live, Background, 0, false, 0, 1, 0, 0, false, stopped},
-    {"LiveDenied", Live, Permission, Denied, false, 0, 1, 0, 0, false, stopped},
-    // The stopping step, then the live flag cleared once more.
-    {"LiveFail", Live, Fail, 0, false, 0, 1, 0, 0, false, "off accuracy live accuracy live"},
-    {"StoppedBegin", Stopped, Begin, InUse, true, 1, 0, 0, 0, false, "on"},
-    {"StoppedEnd", Stopped, End, 0, false, 0, 0, 0, 0, false, ""},
-    {"StoppedFix", Stopped, Fix, 0, false, 0, 0, 0, 0, true, landed},
-    {"LateEnd", Late, End, 0, false, 0, 0, 0, 0, true, ""},
-    // Cleared even with tracking off: a late fix may have set it.
-    {"LateFail", Late, Fail, 0, false, 0, 0, 0, 0, false, "accuracy live"},
-};
-
 INSTANTIATE_TEST_SUITE_P(LocationTracking, LocationTrackingSystemTest,
-                         testing::ValuesIn(transitions),
-                         [](const auto &info) { return std::string(info.param.name); });
+                         testing::ValuesIn(testTable("services/location-transitions.tsv")),
+                         [](const auto &info) { return info.param[0].toStdString(); });
 
 } // namespace
