@@ -1,6 +1,7 @@
 #include "OnlineTileSource.h"
 
 #include "LocalTileServer.h"
+#include "VeltorVersion.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
