@@ -15,9 +15,12 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev libhamlib-dev
     # The end-to-end suite drives the real app through the accessibility bus on a virtual display.
     xvfb xauth xclip dbus dbus-x11 at-spi2-core python3-pyatspi
+    # The install tree's check validates the desktop entry, the AppStream data and the man pages.
+    desktop-file-utils appstream man-db groff-base
 )
-# `install-deps.sh coverage` adds what `make coverage` needs.
+# `install-deps.sh coverage` adds what `make coverage` needs, `package` what `make package` does.
 [[ "${1:-}" == coverage ]] && packages+=(gcovr)
+[[ "${1:-}" == package ]] && packages+=(debhelper dpkg-dev fakeroot lintian)
 
 missing=()
 for package in "${packages[@]}"; do

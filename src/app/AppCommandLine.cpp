@@ -4,16 +4,23 @@
 #include "MapPanelController.h"
 #include "OnlineTileSource.h"
 #include "RootViewController.h"
+#include "VeltorVersion.h"
 
 #include <QCommandLineParser>
 
 namespace {
 
+// The command line is read before the application object exists, so Qt cannot name the program.
+QString helpText(const QCommandLineParser &parser)
+{
+    return parser.helpText().replace(QStringLiteral("<executable_name>"), QStringLiteral("veltor"));
+}
+
 AppCommandLine usageError(const QString &why, const QCommandLineParser &parser)
 {
     AppCommandLine result;
     result.action = AppCommandLine::Action::UsageError;
-    result.message = QStringLiteral("veltor: %1\n\n%2").arg(why, parser.helpText());
+    result.message = QStringLiteral("veltor: %1\n\n%2").arg(why, helpText(parser));
     return result;
 }
 
@@ -91,7 +98,7 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
     AppCommandLine result;
     if (parser.isSet(helpOption)) {
         result.action = Action::ShowHelp;
-        result.message = parser.helpText();
+        result.message = helpText(parser);
         return result;
     }
     if (parser.isSet(versionOption)) {

@@ -1,5 +1,6 @@
 #include "AppCommandLine.h"
 #include "AppWindow.h"
+#include "VeltorVersion.h"
 
 #include <QGuiApplication>
 #include <QtQml/qqmlextensionplugin.h>
@@ -13,6 +14,8 @@ int main(int argc, char *argv[])
     QGuiApplication::setApplicationName(QStringLiteral("Veltor"));
     QGuiApplication::setOrganizationName(QStringLiteral("Veltor"));
     QGuiApplication::setApplicationVersion(QStringLiteral(VELTOR_VERSION));
+    // Ties the window to the installed desktop entry, for its icon and name on Wayland.
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.veltor.Veltor"));
 
     // Read before any window system is touched, so --help works on a machine without a display.
     QStringList arguments;

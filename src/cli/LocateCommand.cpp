@@ -3,6 +3,7 @@
 #include "CoordinateFormatter.h"
 #include "DoubleValue.h"
 #include "VeltorFormatter.h"
+#include "VeltorVersion.h"
 
 #include <QString>
 
@@ -78,6 +79,18 @@ std::optional<double> strictNumber(std::string_view text)
 }
 
 // One half of the app's own notation: "51° 30′ 0″ N", "51° 30.0000′ N" or "51.5000° N".
+// Built by appending: GCC 12 at -O3 misreads "\"" + std::string(...) as overlapping copies
+// (-Wrestrict).
+std::string quoted(std::string_view text)
+{
+    std::string result;
+    result.reserve(text.size() + 2);
+    result.push_back('"');
+    result.append(text);
+    result.push_back('"');
+    return result;
+}
+
 std::optional<double> strictNotation(std::string_view text, char positive, char negative,
                                      std::string *why)
 {
@@ -105,11 +118,11 @@ std::optional<double> strictNotation(std::string_view text, char positive, char 
         const auto number =
             marked ? plainNumber(piece.substr(0, piece.size() - mark.size())) : std::nullopt;
         if (!number) {
-            *why = "cannot read \"" + std::string(piece) + "\"";
+            *why = "cannot read " + quoted(piece);
             return std::nullopt;
         }
         if (i > 0 && *number > 60.0) {
-            *why = "\"" + std::string(piece) + "\" is more than 60";
+            *why = quoted(piece) + " is more than 60";
             return std::nullopt;
         }
         if (i + 2 < pieces.size() && piece.find('.') != std::string_view::npos) {
@@ -149,6 +162,7 @@ const char *LocateCommand::usage()
            "                  their longest numeric prefix, locators up to the first character\n"
            "                  that cannot belong there\n"
            "  --help          show this text\n"
+           "  --version       show the version\n"
            "\n"
            "Exit status: 0 when every query converted, 1 when some could not, 2 on a usage "
            "error.\n";
@@ -174,6 +188,10 @@ LocateCommand::parseArguments(const std::vector<std::string_view> &arguments, st
         }
         if (argument == "--help" || argument == "-h") {
             options.help = true;
+            continue;
+        }
+        if (argument == "--version") {
+            options.version = true;
             continue;
         }
         if (argument == "--lenient") {
@@ -360,6 +378,10 @@ int LocateCommand::run(std::FILE *input, std::FILE *output, std::FILE *errors) c
 {
     if (m_options.help) {
         std::fputs(usage(), output);
+        return Success;
+    }
+    if (m_options.version) {
+        std::fputs("veltor-locate " VELTOR_VERSION "\n", output);
         return Success;
     }
     std::string out;

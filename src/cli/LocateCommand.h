@@ -20,6 +20,7 @@ public:
         CoordinateFormat notation = CoordinateFormat::DegreesMinutesSeconds;
         bool lenient = false;
         bool help = false;
+        bool version = false;
         std::vector<std::string> queries;
     };
 

@@ -1,4 +1,5 @@
 #include "OnlineTileSource.h"
+#include "VeltorVersion.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkDiskCache>

@@ -1,5 +1,6 @@
 #include "AppCommandLine.h"
 #include "RootViewController.h"
+#include "VeltorVersion.h"
 #include "WindowPlacement.h"
 
 #include "TestTable.h"

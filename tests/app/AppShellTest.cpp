@@ -1,4 +1,5 @@
 #include "LocalTileServer.h"
+#include "VeltorVersion.h"
 
 #include <QImage>
 #include <QProcess>
@@ -133,7 +134,8 @@ private slots:
     {
         const std::tuple<const char *, bool, int, QByteArray> runs[] = {
             // Arguments, whether there is a display, exit code, a text on stdout (0) or stderr.
-            {"--help", false, 0, "--appearance"}, {"--version", false, 0, "veltor " VELTOR_VERSION},
+            {"--help", false, 0, "Usage: veltor [options]"},
+            {"--version", false, 0, "veltor " VELTOR_VERSION},
             {"--zoom 23", false, 2, "--zoom 23"},
             {"--screenshot /nonexistent/dir/shot.png", true, 1, "cannot write the screenshot"}};
         for (const auto &[arguments, display, exitCode, output] : runs) {

@@ -1,4 +1,5 @@
 #include "LocateCommand.h"
+#include "VeltorVersion.h"
 
 #include "TestTable.h"
 
@@ -90,7 +91,8 @@ TEST(LocateProgramTest, StreamsAndExitStatuses)
         {"--lenient --chars 2", " JO01\n\nJO01 \n", 0,
          jj + jj + "JO\t51° 30′ 0″ N\t1° 0′ 0″ E\t51.5\t1\n", ""},
         {"--chars 2", many, 0, manyOut, ""}, {"--chars 3", "", 2, "", "Usage: veltor-locate"},
-        {"--help", "", 0, LocateCommand::usage(), ""}};
+        {"--help", "", 0, LocateCommand::usage(), ""},
+        {"--version", "", 0, "veltor-locate " VELTOR_VERSION "\n", ""}};
     for (const auto &[arguments, input, status, output, error] : runs) {
         SCOPED_TRACE(arguments);
         QProcess process;

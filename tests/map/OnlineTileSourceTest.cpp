@@ -2,6 +2,7 @@
 
 #include "LocalTileServer.h"
 #include "TestTable.h"
+#include "VeltorVersion.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
