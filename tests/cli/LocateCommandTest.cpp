@@ -1,7 +1,7 @@
 #include "LocateCommand.h"
-#include "VeltorVersion.h"
 
 #include "TestTable.h"
+#include "VeltorVersion.h"
 
 #include <QProcess>
 
