@@ -12,7 +12,7 @@ packages=(
     qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-templates
     qml6-module-qtquick-layouts qml6-module-qtquick-window qml6-module-qttest
     libgl-dev libvulkan-dev libxkbcommon-dev fonts-dejavu-core
-    libgtest-dev libgmock-dev libbenchmark-dev libhamlib-dev
+    libgtest-dev libgmock-dev libbenchmark-dev libhamlib-dev libgeographiclib-dev
     # The end-to-end suite drives the real app through the accessibility bus on a virtual display.
     xvfb xauth xclip dbus dbus-x11 at-spi2-core python3-pyatspi
     # The install tree's check validates the desktop entry, the AppStream data and the man pages.

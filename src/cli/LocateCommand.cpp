@@ -1,7 +1,9 @@
 #include "LocateCommand.h"
 
+#include "ContestDistance.h"
 #include "CoordinateFormatter.h"
 #include "DoubleValue.h"
+#include "GeodesicPath.h"
 #include "VeltorFormatter.h"
 #include "VeltorVersion.h"
 
@@ -9,6 +11,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -144,8 +147,8 @@ const char *precisionName(int index)
 
 const char *LocateCommand::usage()
 {
-    return "Usage: veltor-locate [--chars 2|4|6|8] [--notation dms|ddm|dd] [--lenient] "
-           "[QUERY ...]\n"
+    return "Usage: veltor-locate [--chars 2|4|6|8] [--notation dms|ddm|dd] [--lenient]\n"
+           "                     [--from LOCATOR|LAT,LON [--contest]] [QUERY ...]\n"
            "\n"
            "Converts coordinates and grid locators. A QUERY with a comma is a coordinate\n"
            "\"LAT,LON\" in decimal degrees or in the app's notation (51° 30′ 0″ N, 0° 6′ 0″ W);\n"
@@ -153,11 +156,18 @@ const char *LocateCommand::usage()
            "With no QUERY, queries are read from standard input, one per line.\n"
            "\n"
            "Each query prints one line of tab-separated fields: the locator, the latitude and\n"
-           "the longitude as text, then latitude and longitude as decimal numbers.\n"
+           "the longitude as text, then latitude and longitude as decimal numbers; with --from,\n"
+           "then the distance and the bearing.\n"
            "\n"
            "  --chars N       locator length: 2, 4, 6 or 8 (default 8)\n"
            "  --notation N    dms (51° 30′ 0″ N), ddm (51° 30.0000′ N) or dd (51.5000° N);\n"
            "                  default dms\n"
+           "  --from POINT    add the distance in km and the initial bearing in degrees\n"
+           "                  (true north) from POINT, a locator or \"LAT,LON\", along the\n"
+           "                  geodesic on the WGS84 ellipsoid\n"
+           "  --contest       with --from: the distance as IARU Region 1 VHF contests\n"
+           "                  score it (centres of the 6-character locators, 111.2 km per\n"
+           "                  degree, whole km plus 1)\n"
            "  --lenient       read every query as the app does, without checks: numbers by\n"
            "                  their longest numeric prefix, locators up to the first character\n"
            "                  that cannot belong there\n"
@@ -172,6 +182,7 @@ std::optional<LocateCommand::Options>
 LocateCommand::parseArguments(const std::vector<std::string_view> &arguments, std::string *error)
 {
     Options options;
+    std::optional<std::string_view> fromQuery;
     bool optionsEnded = false;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         std::string_view argument = arguments[i];
@@ -194,6 +205,10 @@ LocateCommand::parseArguments(const std::vector<std::string_view> &arguments, st
             options.version = true;
             continue;
         }
+        if (argument == "--contest") {
+            options.contest = true;
+            continue;
+        }
         if (argument == "--lenient") {
             options.lenient = true;
             continue;
@@ -204,7 +219,7 @@ LocateCommand::parseArguments(const std::vector<std::string_view> &arguments, st
             name = argument.substr(0, equals);
             value = argument.substr(equals + 1);
         }
-        if (name != "--chars" && name != "--notation") {
+        if (name != "--chars" && name != "--notation" && name != "--from") {
             *error = "unknown option " + std::string(argument);
             return std::nullopt;
         }
@@ -215,7 +230,9 @@ LocateCommand::parseArguments(const std::vector<std::string_view> &arguments, st
             }
             value = arguments[++i];
         }
-        if (name == "--chars") {
+        if (name == "--from") {
+            fromQuery = *value;
+        } else if (name == "--chars") {
             bool known = false;
             for (int k = 0; k < 4; ++k) {
                 if (*value == precisionName(k)) {
@@ -238,14 +255,27 @@ LocateCommand::parseArguments(const std::vector<std::string_view> &arguments, st
             return std::nullopt;
         }
     }
+    if (fromQuery) {
+        // Read as any query is, with the same checks.
+        std::string why;
+        options.from = LocateCommand(options).pointOf(*fromQuery, why);
+        if (!options.from) {
+            *error = "--from " + std::string(*fromQuery) + ": " + why;
+            return std::nullopt;
+        }
+    } else if (options.contest) {
+        *error = "--contest needs --from";
+        return std::nullopt;
+    }
     return options;
 }
 
 LocateCommand::LocateCommand(Options options) : m_options(std::move(options)) {}
 
-bool LocateCommand::appendLine(double latitude, double longitude, std::string &out,
-                               std::string &error) const
+bool LocateCommand::appendLine(Coordinate point, std::string &out, std::string &error) const
 {
+    const double latitude = point.latitude;
+    const double longitude = point.longitude;
     const CoordinateFormat notation = m_options.notation;
     if (!CoordinateFormatter::canFormat(notation, latitude) ||
         !CoordinateFormatter::canFormat(notation, longitude)) {
@@ -269,77 +299,88 @@ bool LocateCommand::appendLine(double latitude, double longitude, std::string &o
     appendShortest(out, latitude);
     out += '\t';
     appendShortest(out, longitude);
+    if (m_options.from) {
+        char columns[64];
+        const GeodesicPath path = GeodesicPath::between(*m_options.from, point);
+        if (m_options.contest) {
+            std::snprintf(columns, sizeof columns, "\t%d\t%.1f",
+                          contestKilometres(*m_options.from, point), path.shortBearing);
+        } else {
+            std::snprintf(columns, sizeof columns, "\t%.3f\t%.1f", path.shortMetres / 1000.0,
+                          path.shortBearing);
+        }
+        out += columns;
+    }
     out += '\n';
     return true;
 }
 
-bool LocateCommand::convertCoordinate(std::string_view query, std::string &out,
-                                      std::string &error) const
+std::optional<Coordinate> LocateCommand::coordinatePoint(std::string_view query,
+                                                        std::string &error) const
 {
     if (hasNotationMarks(query)) {
         if (m_options.lenient) {
-            const Coordinate c = CoordinateFormatter::coordinateFromString(
+            return CoordinateFormatter::coordinateFromString(
                 QString::fromUtf8(query.data(), qsizetype(query.size())));
-            return appendLine(c.latitude, c.longitude, out, error);
         }
         const std::size_t separator = query.find(", ");
         if (separator == std::string_view::npos ||
             query.find(", ", separator + 2) != std::string_view::npos) {
             error += "expected latitude and longitude separated by \", \"";
-            return false;
+            return std::nullopt;
         }
         std::string why;
         const auto latitude = strictNotation(query.substr(0, separator), 'N', 'S', &why);
         if (!latitude) {
             error += "latitude: " + why;
-            return false;
+            return std::nullopt;
         }
         const auto longitude = strictNotation(query.substr(separator + 2), 'E', 'W', &why);
         if (!longitude) {
             error += "longitude: " + why;
-            return false;
+            return std::nullopt;
         }
         if (std::fabs(*latitude) > 90.0 || std::fabs(*longitude) > 180.0) {
             error += "outside -90..90 latitude or -180..180 longitude";
-            return false;
+            return std::nullopt;
         }
-        return appendLine(*latitude, *longitude, out, error);
+        return Coordinate{*latitude, *longitude};
     }
 
     const std::size_t comma = query.find(',');
     const std::string_view first = query.substr(0, comma);
     const std::string_view second = query.substr(comma + 1);
     if (m_options.lenient)
-        return appendLine(doubleValue(first), doubleValue(second), out, error);
+        return Coordinate{doubleValue(first), doubleValue(second)};
 
     if (second.find(',') != std::string_view::npos) {
         error += "expected two numbers \"LAT,LON\"";
-        return false;
+        return std::nullopt;
     }
     const auto latitude = strictNumber(first);
     const auto longitude = strictNumber(second);
     if (!latitude || !longitude) {
         error += "expected two numbers \"LAT,LON\" in decimal degrees";
-        return false;
+        return std::nullopt;
     }
     if (*latitude < -90.0 || *latitude > 90.0) {
         error += "latitude must be within -90..90";
-        return false;
+        return std::nullopt;
     }
     if (*longitude < -180.0 || *longitude > 180.0) {
         error += "longitude must be within -180..180";
-        return false;
+        return std::nullopt;
     }
-    return appendLine(*latitude, *longitude, out, error);
+    return Coordinate{*latitude, *longitude};
 }
 
-bool LocateCommand::convertLocator(std::string_view query, std::string &out,
-                                   std::string &error) const
+std::optional<Coordinate> LocateCommand::locatorPoint(std::string_view query,
+                                                     std::string &error) const
 {
     if (!m_options.lenient) {
         if (query.size() < 2 || query.size() > 12 || query.size() % 2 != 0) {
             error += "a grid locator has 2, 4, 6, 8, 10 or 12 characters";
-            return false;
+            return std::nullopt;
         }
         for (std::size_t i = 0; i < query.size(); ++i) {
             const char c = query[i];
@@ -350,20 +391,24 @@ bool LocateCommand::convertLocator(std::string_view query, std::string &out,
             if (!ok) {
                 error += "character " + std::to_string(i + 1) + " must be ";
                 error += pair % 2 == 1 ? "a digit 0-9" : (pair == 0 ? "a letter A-R" : "a letter A-X");
-                return false;
+                return std::nullopt;
             }
         }
     }
-    const Coordinate centre = VeltorFormatter::decode(query);
-    return appendLine(centre.latitude, centre.longitude, out, error);
+    return VeltorFormatter::decode(query);
+}
+
+std::optional<Coordinate> LocateCommand::pointOf(std::string_view query, std::string &error) const
+{
+    return query.find(',') != std::string_view::npos ? coordinatePoint(query, error)
+                                                     : locatorPoint(query, error);
 }
 
 bool LocateCommand::convert(std::string_view query, std::string &out, std::string &error) const
 {
     const std::size_t errorStart = error.size();
-    const bool ok = query.find(',') != std::string_view::npos
-                        ? convertCoordinate(query, out, error)
-                        : convertLocator(query, out, error);
+    const std::optional<Coordinate> point = pointOf(query, error);
+    const bool ok = point && appendLine(*point, out, error);
     if (!ok) {
         std::string prefix = "veltor-locate: ";
         appendQuoted(prefix, query);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Coordinate.h"
 #include "CoordinateFormat.h"
 #include "VeltorFormat.h"
 
@@ -21,6 +22,10 @@ public:
         bool lenient = false;
         bool help = false;
         bool version = false;
+        // --from: each line also gets the distance (km) and initial bearing (degrees) from here.
+        std::optional<Coordinate> from;
+        // --contest: that distance as IARU Region 1 VHF contests score it.
+        bool contest = false;
         std::vector<std::string> queries;
     };
 
@@ -40,9 +45,11 @@ public:
     int run(std::FILE *input, std::FILE *output, std::FILE *errors) const;
 
 private:
-    bool convertCoordinate(std::string_view query, std::string &out, std::string &error) const;
-    bool convertLocator(std::string_view query, std::string &out, std::string &error) const;
-    bool appendLine(double latitude, double longitude, std::string &out, std::string &error) const;
+    // The point a query names: a coordinate, or the centre of a locator's cell.
+    std::optional<Coordinate> pointOf(std::string_view query, std::string &error) const;
+    std::optional<Coordinate> coordinatePoint(std::string_view query, std::string &error) const;
+    std::optional<Coordinate> locatorPoint(std::string_view query, std::string &error) const;
+    bool appendLine(Coordinate point, std::string &out, std::string &error) const;
 
     Options m_options;
 };

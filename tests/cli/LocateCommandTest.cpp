@@ -50,7 +50,9 @@ TEST(LocateCommandTest, UsageErrorsSayWhy)
     const std::pair<std::vector<std::string_view>, const char *> cases[] = {
         {{"--chars", "5"}, "--chars takes 2, 4, 6 or 8"},
         {{"--notation", "utm"}, "--notation takes dms, ddm or dd"},
-        {{"--chars"}, "--chars needs a value"}, {{"--frobnicate"}, "unknown option --frobnicate"}};
+        {{"--chars"}, "--chars needs a value"}, {{"--frobnicate"}, "unknown option --frobnicate"},
+        {{"--from", "XX99"}, "--from XX99: character 1 must be"},
+        {{"--contest", "JO62"}, "--contest needs --from"}};
     for (const auto &[arguments, why] : cases) {
         std::string error;
         EXPECT_FALSE(LocateCommand::parseArguments(arguments, &error).has_value());

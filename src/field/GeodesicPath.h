@@ -1,0 +1,19 @@
+#pragma once
+
+#include "Coordinate.h"
+
+// The way from one point to another on the WGS84 ellipsoid: the geodesic (short path) and the
+// long path the other way round the Earth, with the initial true bearings an antenna is turned to.
+struct GeodesicPath
+{
+    double shortMetres = 0.0;
+    double shortBearing = 0.0; // degrees clockwise from true north, 0 to 360
+    double longMetres = 0.0;
+    double longBearing = 0.0;
+
+    static GeodesicPath between(Coordinate from, Coordinate to);
+};
+
+// The geodesic distance in metres and the initial bearing in degrees (0 to 360) from one point to
+// another; for the distances in a cell, where the long path is of no interest.
+double geodesicMetres(Coordinate from, Coordinate to, double *bearing = nullptr);
