@@ -20,6 +20,7 @@
 #include "DistanceFormatSettingsViewController.h"
 #include "AppearanceSettingsViewController.h"
 #include "FormatChoice.h"
+#include "GridPositionController.h"
 #include "Theme.h"
 #include "VeltorKeypadViewController.h"
 
@@ -110,6 +111,13 @@ struct CoordinatePanelViewControllerForeign
     Q_GADGET
     QML_FOREIGN(CoordinatePanelViewController)
     QML_NAMED_ELEMENT(CoordinatePanelViewController)
+};
+
+struct GridPositionControllerForeign
+{
+    Q_GADGET
+    QML_FOREIGN(GridPositionController)
+    QML_NAMED_ELEMENT(GridPositionController)
 };
 
 struct RootCoordinatePanelControllerForeign

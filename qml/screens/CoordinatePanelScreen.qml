@@ -78,5 +78,10 @@ Rectangle {
             textAlignment: Text.AlignLeft
             onClicked: panel.showVeltorKeypad()
         }
+        GridPositionView {
+            Layout.columnSpan: 2
+            Layout.fillWidth: true
+            Layout.minimumWidth: 0
+        }
     }
 }

@@ -122,6 +122,12 @@ FocusScope {
                         detailAccessibilityLabel: controller.appearanceDetail
                         onClicked: controller.showPicker(SettingsViewController.AppearancePicker)
                     }
+                    SwitchRow {
+                        width: rows.width
+                        title: controller.gridPositionTitle
+                        checked: controller.showGridPosition
+                        onClicked: controller.toggleShowGridPosition()
+                    }
                 }
             }
             Item {

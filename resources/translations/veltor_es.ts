@@ -303,5 +303,70 @@
         <extracomment>Spoken hint of the map: pressing it places the point where the map is centred</extracomment>
         <translation>Coloca el punto en el centro del mapa</translation>
     </message>
+    <message id="grid-position.north">
+        <source>north</source>
+        <extracomment>Nearest edge of the locator cell, in the grid position strip</extracomment>
+        <translation>norte</translation>
+    </message>
+    <message id="grid-position.south">
+        <source>south</source>
+        <translation>sur</translation>
+    </message>
+    <message id="grid-position.east">
+        <source>east</source>
+        <translation>este</translation>
+    </message>
+    <message id="grid-position.west">
+        <source>west</source>
+        <translation>oeste</translation>
+    </message>
+    <message id="grid-position.or">
+        <source> or </source>
+        <extracomment>Between the other locators a fix may lie in, when its accuracy reaches over an edge</extracomment>
+        <translation> o </translation>
+    </message>
+    <message id="grid-position.uncertain">
+        <source>%1, or %2 within ± %3</source>
+        <extracomment>The fix&apos;s locator, the other locators its accuracy circle reaches into, the accuracy</extracomment>
+        <translation>%1, o %2 dentro de ± %3</translation>
+    </message>
+    <message id="grid-position.uncertain-spoken">
+        <source>Uncertain: %1, or %2 within plus or minus %3</source>
+        <extracomment>Spoken: the fix&apos;s locator, the other locators it may be in, the accuracy</extracomment>
+        <translation>Incierto: %1, o %2 dentro de más o menos %3</translation>
+    </message>
+    <message id="grid-position.edges">
+        <source>N %1 · S %2 · E %3 · W %4</source>
+        <extracomment>The distances to the four edges of the locator cell: north, south, east, west</extracomment>
+        <translation>N %1 · S %2 · E %3 · O %4</translation>
+    </message>
+    <message id="grid-position.edges-spoken">
+        <source>Grid position: north edge %1, south edge %2, east edge %3, west edge %4.</source>
+        <extracomment>Spoken: the distances to the four edges of the locator cell</extracomment>
+        <translation>Posición en la cuadrícula: borde norte %1, borde sur %2, borde este %3, borde oeste %4.</translation>
+    </message>
+    <message id="grid-position.nearest-pole">
+        <source>Nearest edge %1, the pole. Corner %2 at %3°: %4</source>
+        <extracomment>The nearest edge of the cell is a pole; then the nearest corner, its distance, its bearing in degrees and the cells that meet there</extracomment>
+        <translation>Borde más cercano %1, el polo. Esquina %2 a %3°: %4</translation>
+    </message>
+    <message id="grid-position.nearest-pole-spoken">
+        <source>Nearest edge %1, at the pole. Nearest corner %2 at %3 degrees, where %4 meet.</source>
+        <translation>Borde más cercano %1, en el polo. Esquina más cercana %2 a %3 grados, donde se unen %4.</translation>
+    </message>
+    <message id="grid-position.nearest">
+        <source>Nearest edge %1, %2 beyond. Corner %3 at %4°: %5</source>
+        <extracomment>The nearest edge of the cell and the cell across it; then the nearest corner, its distance, its bearing in degrees and the cells that meet there</extracomment>
+        <translation>Borde más cercano %1, %2 al otro lado. Esquina %3 a %4°: %5</translation>
+    </message>
+    <message id="grid-position.nearest-spoken">
+        <source>Nearest edge %1, with %2 beyond. Nearest corner %3 at %4 degrees, where %5 meet.</source>
+        <translation>Borde más cercano %1, con %2 al otro lado. Esquina más cercana %3 a %4 grados, donde se unen %5.</translation>
+    </message>
+    <message id="settings.grid-position">
+        <source>Grid position</source>
+        <extracomment>Row of the switch that shows or hides, under the read-outs, how far the edges of the current locator cell are</extracomment>
+        <translation>Posición en la cuadrícula</translation>
+    </message>
 </context>
 </TS>

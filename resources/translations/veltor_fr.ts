@@ -303,5 +303,70 @@
         <extracomment>Spoken hint of the map: pressing it places the point where the map is centred</extracomment>
         <translation>Place le point au centre de la carte</translation>
     </message>
+    <message id="grid-position.north">
+        <source>north</source>
+        <extracomment>Nearest edge of the locator cell, in the grid position strip</extracomment>
+        <translation>nord</translation>
+    </message>
+    <message id="grid-position.south">
+        <source>south</source>
+        <translation>sud</translation>
+    </message>
+    <message id="grid-position.east">
+        <source>east</source>
+        <translation>est</translation>
+    </message>
+    <message id="grid-position.west">
+        <source>west</source>
+        <translation>ouest</translation>
+    </message>
+    <message id="grid-position.or">
+        <source> or </source>
+        <extracomment>Between the other locators a fix may lie in, when its accuracy reaches over an edge</extracomment>
+        <translation> ou </translation>
+    </message>
+    <message id="grid-position.uncertain">
+        <source>%1, or %2 within ± %3</source>
+        <extracomment>The fix&apos;s locator, the other locators its accuracy circle reaches into, the accuracy</extracomment>
+        <translation>%1, ou %2 à ± %3 près</translation>
+    </message>
+    <message id="grid-position.uncertain-spoken">
+        <source>Uncertain: %1, or %2 within plus or minus %3</source>
+        <extracomment>Spoken: the fix&apos;s locator, the other locators it may be in, the accuracy</extracomment>
+        <translation>Incertain : %1, ou %2 à plus ou moins %3 près</translation>
+    </message>
+    <message id="grid-position.edges">
+        <source>N %1 · S %2 · E %3 · W %4</source>
+        <extracomment>The distances to the four edges of the locator cell: north, south, east, west</extracomment>
+        <translation>N %1 · S %2 · E %3 · O %4</translation>
+    </message>
+    <message id="grid-position.edges-spoken">
+        <source>Grid position: north edge %1, south edge %2, east edge %3, west edge %4.</source>
+        <extracomment>Spoken: the distances to the four edges of the locator cell</extracomment>
+        <translation>Position dans la case : bord nord %1, bord sud %2, bord est %3, bord ouest %4.</translation>
+    </message>
+    <message id="grid-position.nearest-pole">
+        <source>Nearest edge %1, the pole. Corner %2 at %3°: %4</source>
+        <extracomment>The nearest edge of the cell is a pole; then the nearest corner, its distance, its bearing in degrees and the cells that meet there</extracomment>
+        <translation>Bord le plus proche %1, le pôle. Coin %2 à %3° : %4</translation>
+    </message>
+    <message id="grid-position.nearest-pole-spoken">
+        <source>Nearest edge %1, at the pole. Nearest corner %2 at %3 degrees, where %4 meet.</source>
+        <translation>Bord le plus proche %1, au pôle. Coin le plus proche %2 à %3 degrés, où se rejoignent %4.</translation>
+    </message>
+    <message id="grid-position.nearest">
+        <source>Nearest edge %1, %2 beyond. Corner %3 at %4°: %5</source>
+        <extracomment>The nearest edge of the cell and the cell across it; then the nearest corner, its distance, its bearing in degrees and the cells that meet there</extracomment>
+        <translation>Bord le plus proche %1, %2 au-delà. Coin %3 à %4° : %5</translation>
+    </message>
+    <message id="grid-position.nearest-spoken">
+        <source>Nearest edge %1, with %2 beyond. Nearest corner %3 at %4 degrees, where %5 meet.</source>
+        <translation>Bord le plus proche %1, avec %2 au-delà. Coin le plus proche %3 à %4 degrés, où se rejoignent %5.</translation>
+    </message>
+    <message id="settings.grid-position">
+        <source>Grid position</source>
+        <extracomment>Row of the switch that shows or hides, under the read-outs, how far the edges of the current locator cell are</extracomment>
+        <translation>Position dans la case</translation>
+    </message>
 </context>
 </TS>

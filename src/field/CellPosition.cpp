@@ -50,6 +50,18 @@ CellPosition::Side CellPosition::nearestSide() const
     return Side(nearest);
 }
 
+QStringList CellPosition::cellsWithin(double metres) const
+{
+    QStringList cells;
+    for (const Edge &edge : edges) {
+        if (edge.metres < metres && !edge.across.isEmpty())
+            cells.append(edge.across);
+    }
+    if (cornerMetres < metres && cornerLocators.size() == 4)
+        cells.append(cornerLocators.last());
+    return cells;
+}
+
 CellPosition CellPosition::of(Coordinate point, VeltorFormat precision)
 {
     const int level = int(precision);

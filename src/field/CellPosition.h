@@ -29,6 +29,9 @@ struct CellPosition
     QStringList cornerLocators; // every cell touching the corner, this one first
 
     Side nearestSide() const;
+    // The other cells a circle of that radius round the point reaches into: across each edge it
+    // crosses, and the cell diagonally beyond the nearest corner when it takes that in too.
+    QStringList cellsWithin(double metres) const;
     const Edge &edge(Side side) const { return edges[side]; }
 
     static CellPosition of(Coordinate point, VeltorFormat precision);

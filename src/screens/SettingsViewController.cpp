@@ -14,7 +14,8 @@ SettingsViewController::SettingsViewController(QObject *parent)
 }
 
 SettingsViewController::SettingsViewController(PreferencesSystem &preferences, QObject *parent)
-    : QObject(parent), m_preferences(preferences), m_showGrid(preferences.showGrid())
+    : QObject(parent), m_preferences(preferences), m_showGrid(preferences.showGrid()),
+      m_showGridPosition(preferences.showGridPosition())
 {
     const auto reload = [this](auto &&...) { reloadRows(); };
     NotificationCenter &center = m_preferences.notificationCenter();
@@ -94,6 +95,21 @@ QString SettingsViewController::distanceFormatTitle()
 QString SettingsViewController::appearanceTitle()
 {
     return AppearanceSettingsViewController::settingTitle();
+}
+
+void SettingsViewController::toggleShowGridPosition()
+{
+    m_showGridPosition = !m_showGridPosition;
+    emit showGridPositionChanged();
+    m_preferences.setShowGridPosition(m_showGridPosition);
+}
+
+QString SettingsViewController::gridPositionTitle()
+{
+    //: Row of the switch that shows or hides, under the read-outs, how far the edges of the
+    //: current locator cell are
+    //% "Grid position"
+    return qtTrId("settings.grid-position");
 }
 
 QString SettingsViewController::showGridTitle()

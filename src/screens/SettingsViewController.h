@@ -32,6 +32,8 @@ class SettingsViewController : public QObject
     Q_PROPERTY(QString appearanceDetail READ appearanceDetail NOTIFY rowsChanged)
     Q_PROPERTY(QString showGridTitle READ showGridTitle CONSTANT)
     Q_PROPERTY(bool showGrid READ showGrid NOTIFY showGridChanged)
+    Q_PROPERTY(QString gridPositionTitle READ gridPositionTitle CONSTANT)
+    Q_PROPERTY(bool showGridPosition READ showGridPosition NOTIFY showGridPositionChanged)
 
 public:
     enum Picker
@@ -55,6 +57,7 @@ public:
     static QString distanceFormatTitle();
     static QString appearanceTitle();
     static QString showGridTitle();
+    static QString gridPositionTitle();
     QString veltorFormatDetail() const { return m_veltorFormatDetail; }
     QString veltorFormatAccessibilityLabel() const { return m_veltorFormatAccessibilityLabel; }
     QString coordinateFormatDetail() const { return m_coordinateFormatDetail; }
@@ -62,15 +65,18 @@ public:
     QString distanceFormatDetail() const { return m_distanceFormatDetail; }
     QString appearanceDetail() const { return m_appearanceDetail; }
     bool showGrid() const { return m_showGrid; }
+    bool showGridPosition() const { return m_showGridPosition; }
 
     // A tap anywhere on the grid row flips the switch and writes the setting.
     Q_INVOKABLE void toggleShowGrid();
+    Q_INVOKABLE void toggleShowGridPosition();
     Q_INVOKABLE void showPicker(Picker picker) { emit pickerRequested(picker); }
     Q_INVOKABLE void dismiss() { emit dismissRequested(); }
 
 signals:
     void rowsChanged();
     void showGridChanged();
+    void showGridPositionChanged();
     void pickerRequested(SettingsViewController::Picker picker);
     void dismissRequested();
 
@@ -89,4 +95,5 @@ private:
     QString m_distanceFormatDetail;
     QString m_appearanceDetail;
     bool m_showGrid;
+    bool m_showGridPosition;
 };

@@ -85,3 +85,16 @@ void PreferencesSystem::setShowGrid(bool show)
     m_defaults.synchronize();
     m_notificationCenter.postNotificationName(PreferencesSystemShowGridDidChangeNotification, this);
 }
+
+bool PreferencesSystem::showGridPosition() const
+{
+    return m_defaults.boolForKey(gridPositionKey);
+}
+
+void PreferencesSystem::setShowGridPosition(bool show)
+{
+    m_defaults.setBool(show, gridPositionKey);
+    m_defaults.synchronize();
+    m_notificationCenter.postNotificationName(PreferencesSystemGridPositionDidChangeNotification,
+                                              this);
+}

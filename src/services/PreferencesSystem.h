@@ -21,6 +21,8 @@ inline constexpr QLatin1StringView PreferencesSystemDistanceFormatDidChangeNotif
     "PreferencesSystemDistanceFormatDidChangeNotification"};
 inline constexpr QLatin1StringView PreferencesSystemShowGridDidChangeNotification{
     "PreferencesSystemShowGridDidChangeNotification"};
+inline constexpr QLatin1StringView PreferencesSystemGridPositionDidChangeNotification{
+    "PreferencesSystemGridPositionDidChangeNotification"};
 inline constexpr QLatin1StringView PreferencesSystemAppearanceDidChangeNotification{
     "PreferencesSystemAppearanceDidChangeNotification"};
 
@@ -38,6 +40,7 @@ public:
     const QString distanceFormatKey = QStringLiteral("DistanceFormatPreference");
     const QString showGridKey = QStringLiteral("ShowGridPreference");
     const QString appearanceKey = QStringLiteral("AppearancePreference");
+    const QString gridPositionKey = QStringLiteral("GridPositionPreference");
 
     PreferencesSystem(UserDefaults &defaults, NotificationCenter &notificationCenter,
                       const QLocale &locale = QLocale());
@@ -52,6 +55,9 @@ public:
     void setDistanceFormat(DistanceFormat format);
     bool showGrid() const;
     void setShowGrid(bool show);
+    // The strip that tells how far the cell's edges are; off until the user turns it on.
+    bool showGridPosition() const;
+    void setShowGridPosition(bool show);
     // Day until the user chooses.
     Appearance appearance() const;
     void setAppearance(Appearance appearance);

@@ -165,7 +165,13 @@ def settings_pickers(session):
     app.press("Show grid")
     wait_for("the grid switch off", lambda: not checked(app.button("Show grid")))
     wait_for("the grid choice on disk", lambda: session.setting("ShowGridPreference") == "false")
+    # The grid position strip is off until asked for, then read out under the read-outs.
+    expect(not app.nodes("label", prefix="Grid position:"), "the grid position shows unasked")
+    app.press("Grid position")
+    wait_for("the grid position switch on", lambda: checked(app.button("Grid position")))
     app.press("Done")
+    strip = app.find("label", prefix="Grid position: north edge ")
+    expect(strip.name.endswith(" meet."), f"the strip names no corner: {strip.name!r}")
     app.quit()
 
 

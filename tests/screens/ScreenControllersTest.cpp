@@ -3,12 +3,14 @@
 #include "CoordinateFormatSettingsViewController.h"
 #include "CoordinatePanelViewController.h"
 #include "DistanceFormatSettingsViewController.h"
+#include "GridPositionController.h"
 #include "LocationTrackingSystem.h"
 #include "NotificationCenter.h"
 #include "PreferencesSystem.h"
 #include "RootCoordinatePanelController.h"
 #include "RootViewController.h"
 #include "ScriptableLocationManager.h"
+#include "SettingsViewController.h"
 #include "UserDefaults.h"
 #include "VeltorFormatSettingsViewController.h"
 
@@ -71,6 +73,52 @@ TEST_F(ScreenControllersTest, PanelFollowsThePointAndOnlyItsOwnSettings)
     m_state.setCoordinate({1, 2});
     m_preferences.setVeltorFormat(VeltorFormat::TwoCharacters);
     m_preferences.setCoordinateFormat(CoordinateFormat::DecimalDegrees);
+}
+
+TEST_F(ScreenControllersTest, GridPositionShowsWhenAskedAndFollowsPointPrecisionAndUnits)
+{
+    const GridPositionController strip(m_state, m_preferences);
+    EXPECT_FALSE(strip.shown());
+    SettingsViewController settings(m_preferences);
+    settings.toggleShowGridPosition();
+    EXPECT_TRUE(m_preferences.showGridPosition());
+    EXPECT_TRUE(strip.shown());
+
+    m_preferences.setDistanceFormat(DistanceFormat::Metric);
+    m_preferences.setVeltorFormat(VeltorFormat::FourCharacters);
+    m_state.setCoordinate({60.5, 1.5});
+    // In JP00 the east edge is nearest, JP10 lies across it, and the south-east corner is next.
+    EXPECT_EQ(strip.edgesText().toStdString(), "N 56 km · S 56 km · E 27 km · W 82 km");
+    EXPECT_EQ(strip.nearestText().toStdString(),
+              "Nearest edge east, JP10 beyond. Corner 62 km at 153°: JP00, JO09, JP10, JO19");
+    EXPECT_TRUE(strip.accessibilityLabel().contains(QStringLiteral("with J P 1 0 beyond")));
+    // A live fix is uncertain once its accuracy reaches over an edge (27478 m to the east one),
+    // and past the corner it may be in any of the cells around.
+    m_state.setCoordinateIsLiveTracked(true);
+    const std::pair<double, const char *> marks[] = {
+        {27470, ""}, {27490, "JP00, or JP10 within ± 27 km"},
+        {63000, "JP00, or JP01 or JO09 or JP10 or JO19 within ± 63 km"}};
+    for (const auto &[accuracy, mark] : marks) {
+        m_state.setCoordinateAccuracy(accuracy);
+        EXPECT_EQ(strip.uncertainText().toStdString(), mark) << accuracy;
+    }
+    EXPECT_TRUE(strip.uncertainAccessibilityLabel().startsWith(
+        QStringLiteral("Uncertain: J P 0 0, or J P 0 1 or ")));
+    m_state.setCoordinateIsLiveTracked(false);
+    EXPECT_FALSE(strip.uncertain());
+    m_preferences.setDistanceFormat(DistanceFormat::Imperial);
+    EXPECT_TRUE(strip.edgesText().endsWith(QStringLiteral(" mi")));
+
+    // Near the pole the parallels shrink, so an edge to the side is nearer than the pole; at the
+    // pole itself the pole is the edge, with nothing across it.
+    m_preferences.setVeltorFormat(VeltorFormat::TwoCharacters);
+    m_state.setCoordinate({89.9, 5.0});
+    EXPECT_TRUE(strip.nearestText().startsWith(QStringLiteral("Nearest edge west, IR beyond.")));
+    m_state.setCoordinate({90.0, 5.0});
+    EXPECT_TRUE(strip.nearestText().startsWith(QStringLiteral("Nearest edge north, the pole.")));
+
+    settings.toggleShowGridPosition();
+    EXPECT_FALSE(strip.shown());
 }
 
 TEST_F(ScreenControllersTest, AccuracyShowsOnlyForALiveFixThatHasOne)
