@@ -5,6 +5,7 @@
 
 #include "ApplicationStateSystem.h"
 #include "CoordinatePanelViewController.h"
+#include "CrossingAlertSettingsViewController.h"
 #include "KeyboardClick.h"
 #include "KeypadKey.h"
 #include "LatitudeLongitudeKeypadViewController.h"
@@ -111,6 +112,13 @@ struct CoordinatePanelViewControllerForeign
     Q_GADGET
     QML_FOREIGN(CoordinatePanelViewController)
     QML_NAMED_ELEMENT(CoordinatePanelViewController)
+};
+
+struct CrossingAlertSettingsViewControllerForeign
+{
+    Q_GADGET
+    QML_FOREIGN(CrossingAlertSettingsViewController)
+    QML_NAMED_ELEMENT(CrossingAlertSettingsViewController)
 };
 
 struct GridPositionControllerForeign

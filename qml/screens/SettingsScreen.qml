@@ -9,7 +9,7 @@ FocusScope {
     id: screen
 
     readonly property list<Component> pickers: [veltorPicker, coordinatePicker, distancePicker,
-        appearancePicker]
+        appearancePicker, crossingPicker]
 
     signal dismissRequested()
 
@@ -54,6 +54,10 @@ FocusScope {
     Component {
         id: appearancePicker
         AppearancePickerScreen {}
+    }
+    Component {
+        id: crossingPicker
+        CrossingAlertPickerScreen {}
     }
 
     FocusScope {
@@ -127,6 +131,19 @@ FocusScope {
                         title: controller.gridPositionTitle
                         checked: controller.showGridPosition
                         onClicked: controller.toggleShowGridPosition()
+                    }
+                    SettingsRow {
+                        width: rows.width
+                        title: controller.crossingAlertTitle
+                        detail: controller.crossingAlertDetail
+                        detailAccessibilityLabel: controller.crossingAlertDetail
+                        onClicked: controller.showPicker(SettingsViewController.CrossingAlertPicker)
+                    }
+                    SwitchRow {
+                        width: rows.width
+                        title: controller.speakCrossingsTitle
+                        checked: controller.speakCrossings
+                        onClicked: controller.toggleSpeakCrossings()
                     }
                 }
             }

@@ -368,5 +368,35 @@
         <extracomment>Row of the switch that shows or hides, under the read-outs, how far the edges of the current locator cell are</extracomment>
         <translation>グリッド内の位置</translation>
     </message>
+    <message id="crossing.entering">
+        <source>Entering %1</source>
+        <extracomment>Spoken when a live fix enters another locator cell; the locator is spelled out</extracomment>
+        <translation>%1 に入りました</translation>
+    </message>
+    <message id="settings.crossing-alert">
+        <source>Crossing alerts</source>
+        <extracomment>Row and picker title: at which locator precision entering another cell is announced</extracomment>
+        <translation>グリッド越え通知</translation>
+    </message>
+    <message id="crossing-alert.four">
+        <source>4 characters</source>
+        <extracomment>Crossing alerts when the 4-character locator (the square) changes</extracomment>
+        <translation>4 文字</translation>
+    </message>
+    <message id="crossing-alert.six">
+        <source>6 characters</source>
+        <extracomment>Crossing alerts when the 6-character locator (the subsquare) changes</extracomment>
+        <translation>6 文字</translation>
+    </message>
+    <message id="crossing-alert.off">
+        <source>Off</source>
+        <extracomment>No crossing alerts</extracomment>
+        <translation>オフ</translation>
+    </message>
+    <message id="settings.speak-crossings">
+        <source>Speak crossings</source>
+        <extracomment>Row of the switch that has a crossing alert also spoken (&quot;Entering JN58&quot;)</extracomment>
+        <translation>グリッド越えを読み上げる</translation>
+    </message>
 </context>
 </TS>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AppCommandLine.h"
+#include "GridCrossingAlert.h"
 #include "Localization.h"
 #include "QuitSignalWatcher.h"
 
@@ -33,5 +34,7 @@ private:
 
     Localization m_localization;
     QuitSignalWatcher m_quitSignals;
+    // Made once the shared systems read the right settings file.
+    std::unique_ptr<GridCrossingAlert> m_crossingAlert;
     std::unique_ptr<QQmlApplicationEngine> m_engine;
 };

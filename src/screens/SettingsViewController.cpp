@@ -3,6 +3,7 @@
 #include "AppearanceSettingsViewController.h"
 #include "CoordinateFormatSettingsViewController.h"
 #include "CoordinateFormatter.h"
+#include "CrossingAlertSettingsViewController.h"
 #include "DistanceFormatSettingsViewController.h"
 #include "PreferencesSystem.h"
 #include "VeltorFormatSettingsViewController.h"
@@ -28,6 +29,8 @@ SettingsViewController::SettingsViewController(PreferencesSystem &preferences, Q
                                      &m_preferences, reload, center);
     m_appearanceObserver.emplace(QString(PreferencesSystemAppearanceDidChangeNotification),
                                  &m_preferences, reload, center);
+    m_crossingAlertObserver.emplace(QString(PreferencesSystemCrossingAlertDidChangeNotification),
+                                    &m_preferences, reload, center);
     reloadRows();
 }
 
@@ -46,6 +49,8 @@ void SettingsViewController::reloadRows()
         coordinateFormatter.format(), sample.latitude, QStringLiteral("north"));
     m_distanceFormatDetail = DistanceFormatSettingsViewController::name(m_preferences.distanceFormat());
     m_appearanceDetail = AppearanceSettingsViewController::name(m_preferences.appearance());
+    m_crossingAlertDetail = CrossingAlertSettingsViewController::name(m_preferences.crossingAlert());
+    m_speakCrossings = m_preferences.speakCrossings();
     emit rowsChanged();
 }
 
@@ -102,6 +107,23 @@ void SettingsViewController::toggleShowGridPosition()
     m_showGridPosition = !m_showGridPosition;
     emit showGridPositionChanged();
     m_preferences.setShowGridPosition(m_showGridPosition);
+}
+
+void SettingsViewController::toggleSpeakCrossings()
+{
+    m_preferences.setSpeakCrossings(!m_preferences.speakCrossings());
+}
+
+QString SettingsViewController::crossingAlertTitle()
+{
+    return CrossingAlertSettingsViewController::settingTitle();
+}
+
+QString SettingsViewController::speakCrossingsTitle()
+{
+    //: Row of the switch that has a crossing alert also spoken ("Entering JN58")
+    //% "Speak crossings"
+    return qtTrId("settings.speak-crossings");
 }
 
 QString SettingsViewController::gridPositionTitle()

@@ -34,6 +34,10 @@ class SettingsViewController : public QObject
     Q_PROPERTY(bool showGrid READ showGrid NOTIFY showGridChanged)
     Q_PROPERTY(QString gridPositionTitle READ gridPositionTitle CONSTANT)
     Q_PROPERTY(bool showGridPosition READ showGridPosition NOTIFY showGridPositionChanged)
+    Q_PROPERTY(QString crossingAlertTitle READ crossingAlertTitle CONSTANT)
+    Q_PROPERTY(QString crossingAlertDetail READ crossingAlertDetail NOTIFY rowsChanged)
+    Q_PROPERTY(QString speakCrossingsTitle READ speakCrossingsTitle CONSTANT)
+    Q_PROPERTY(bool speakCrossings READ speakCrossings NOTIFY rowsChanged)
 
 public:
     enum Picker
@@ -41,7 +45,8 @@ public:
         VeltorFormatPicker,
         CoordinateFormatPicker,
         DistanceFormatPicker,
-        AppearancePicker
+        AppearancePicker,
+        CrossingAlertPicker
     };
     Q_ENUM(Picker)
 
@@ -58,18 +63,23 @@ public:
     static QString appearanceTitle();
     static QString showGridTitle();
     static QString gridPositionTitle();
+    static QString crossingAlertTitle();
+    static QString speakCrossingsTitle();
     QString veltorFormatDetail() const { return m_veltorFormatDetail; }
     QString veltorFormatAccessibilityLabel() const { return m_veltorFormatAccessibilityLabel; }
     QString coordinateFormatDetail() const { return m_coordinateFormatDetail; }
     QString coordinateFormatAccessibilityLabel() const { return m_coordinateFormatAccessibilityLabel; }
     QString distanceFormatDetail() const { return m_distanceFormatDetail; }
     QString appearanceDetail() const { return m_appearanceDetail; }
+    QString crossingAlertDetail() const { return m_crossingAlertDetail; }
+    bool speakCrossings() const { return m_speakCrossings; }
     bool showGrid() const { return m_showGrid; }
     bool showGridPosition() const { return m_showGridPosition; }
 
     // A tap anywhere on the grid row flips the switch and writes the setting.
     Q_INVOKABLE void toggleShowGrid();
     Q_INVOKABLE void toggleShowGridPosition();
+    Q_INVOKABLE void toggleSpeakCrossings();
     Q_INVOKABLE void showPicker(Picker picker) { emit pickerRequested(picker); }
     Q_INVOKABLE void dismiss() { emit dismissRequested(); }
 
@@ -88,12 +98,15 @@ private:
     std::optional<NotificationObserver> m_coordinateFormatObserver;
     std::optional<NotificationObserver> m_distanceFormatObserver;
     std::optional<NotificationObserver> m_appearanceObserver;
+    std::optional<NotificationObserver> m_crossingAlertObserver;
     QString m_veltorFormatDetail;
     QString m_veltorFormatAccessibilityLabel;
     QString m_coordinateFormatDetail;
     QString m_coordinateFormatAccessibilityLabel;
     QString m_distanceFormatDetail;
     QString m_appearanceDetail;
+    QString m_crossingAlertDetail;
+    bool m_speakCrossings = true;
     bool m_showGrid;
     bool m_showGridPosition;
 };

@@ -7,7 +7,7 @@ PreferencesSystem::PreferencesSystem(UserDefaults &defaults, NotificationCenter 
                                      const QLocale &locale)
     : m_defaults(defaults), m_notificationCenter(notificationCenter), m_locale(locale)
 {
-    m_defaults.registerDefaults({{showGridKey, true}});
+    m_defaults.registerDefaults({{showGridKey, true}, {speakCrossingsKey, true}});
 }
 
 PreferencesSystem &PreferencesSystem::sharedSystem()
@@ -96,5 +96,34 @@ void PreferencesSystem::setShowGridPosition(bool show)
     m_defaults.setBool(show, gridPositionKey);
     m_defaults.synchronize();
     m_notificationCenter.postNotificationName(PreferencesSystemGridPositionDidChangeNotification,
+                                              this);
+}
+
+std::optional<VeltorFormat> PreferencesSystem::crossingAlert() const
+{
+    // Only the two precisions a rover drives across make sense; anything else reads as off.
+    const auto raw = m_defaults.stringForKey(crossingAlertKey);
+    const auto stored = raw ? veltorFormatFromRawValue(*raw) : std::nullopt;
+    if (stored == VeltorFormat::FourCharacters || stored == VeltorFormat::SixCharacters)
+        return stored;
+    return std::nullopt;
+}
+
+void PreferencesSystem::setCrossingAlert(std::optional<VeltorFormat> precision)
+{
+    writeString(precision ? rawValue(*precision) : QStringView(u"CrossingAlertOff"),
+                crossingAlertKey, PreferencesSystemCrossingAlertDidChangeNotification);
+}
+
+bool PreferencesSystem::speakCrossings() const
+{
+    return m_defaults.boolForKey(speakCrossingsKey);
+}
+
+void PreferencesSystem::setSpeakCrossings(bool speak)
+{
+    m_defaults.setBool(speak, speakCrossingsKey);
+    m_defaults.synchronize();
+    m_notificationCenter.postNotificationName(PreferencesSystemCrossingAlertDidChangeNotification,
                                               this);
 }

@@ -9,6 +9,8 @@
 #include <QLocale>
 #include <QObject>
 
+#include <optional>
+
 class NotificationCenter;
 class UserDefaults;
 
@@ -23,12 +25,14 @@ inline constexpr QLatin1StringView PreferencesSystemShowGridDidChangeNotificatio
     "PreferencesSystemShowGridDidChangeNotification"};
 inline constexpr QLatin1StringView PreferencesSystemGridPositionDidChangeNotification{
     "PreferencesSystemGridPositionDidChangeNotification"};
+inline constexpr QLatin1StringView PreferencesSystemCrossingAlertDidChangeNotification{
+    "PreferencesSystemCrossingAlertDidChangeNotification"};
 inline constexpr QLatin1StringView PreferencesSystemAppearanceDidChangeNotification{
     "PreferencesSystemAppearanceDidChangeNotification"};
 
 // The user settings. Every read goes to the store, so a value is current even if the store
 // was written elsewhere; every write stores, synchronises and posts its notification, even when
-// the value does not change. Only the grid flag has a registered default: nothing is written
+// the value does not change. Only the grid flag and spoken crossings have registered defaults: nothing is written
 // until the user changes a setting.
 class PreferencesSystem : public QObject
 {
@@ -41,6 +45,8 @@ public:
     const QString showGridKey = QStringLiteral("ShowGridPreference");
     const QString appearanceKey = QStringLiteral("AppearancePreference");
     const QString gridPositionKey = QStringLiteral("GridPositionPreference");
+    const QString crossingAlertKey = QStringLiteral("CrossingAlertPreference");
+    const QString speakCrossingsKey = QStringLiteral("SpeakCrossingsPreference");
 
     PreferencesSystem(UserDefaults &defaults, NotificationCenter &notificationCenter,
                       const QLocale &locale = QLocale());
@@ -58,6 +64,13 @@ public:
     // The strip that tells how far the cell's edges are; off until the user turns it on.
     bool showGridPosition() const;
     void setShowGridPosition(bool show);
+    // The precision at which entering another cell is announced: none (off) until the user
+    // chooses 4 or 6 characters.
+    std::optional<VeltorFormat> crossingAlert() const;
+    void setCrossingAlert(std::optional<VeltorFormat> precision);
+    // Whether a crossing is also spoken; on until the user turns it off.
+    bool speakCrossings() const;
+    void setSpeakCrossings(bool speak);
     // Day until the user chooses.
     Appearance appearance() const;
     void setAppearance(Appearance appearance);

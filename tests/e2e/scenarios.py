@@ -156,8 +156,10 @@ def settings_pickers(session):
         open_settings_picker(app, "Accuracy units", units)
     for appearance in ["Night", "Red night", "Day"]:
         open_settings_picker(app, "Appearance", appearance)
+    open_settings_picker(app, "Crossing alerts", "6 characters")
     wait_for("the choices on disk", lambda: session.setting("CoordinateFormatPreference")
-             and session.setting("AppearancePreference"))
+             and session.setting("AppearancePreference")
+             and session.setting("CrossingAlertPreference") == "VeltorFormatSixCharacters")
 
     app.press("Settings")
     grid = app.button("Show grid")

@@ -53,3 +53,13 @@ write("turns-to-garbage.nmea",
 # Two fixes, then the log simply ends.
 write("ends-after-two-fixes.nmea",
       fix(0, 51.4779, -0.0006, 0.9) + fix(1, 51.4779, -0.0003, 1.2))
+
+# Eastwards along 48.52° N over the line at 12° E between JN58 and JN68 (and JN58xm and JN68am),
+# wiggling across it within the margin, then well into JN68; back west with a poor fix that stays
+# within its own accuracy of the line, then firmly into JN58. Offsets are metres east of the line.
+metres_per_degree = 73_950.0  # of longitude at 48.52° N, near enough for where the fixes lie
+drive = [(-300, 1.0), (-50, 1.0), (-8, 1.0), (6, 1.0), (-4, 1.0), (9, 1.0), (3, 1.0), (25, 1.0),
+         (12, 1.0), (-6, 1.0), (4, 1.0), (-40, 9.9), (-80, 9.9), (-200, 1.0)]
+write("wiggle-drive.nmea",
+      [line for second, (east, hdop) in enumerate(drive)
+       for line in fix(second, 48.52, 12.0 + east / metres_per_degree, hdop)])

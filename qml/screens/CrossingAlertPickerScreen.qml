@@ -1,0 +1,10 @@
+import QtQuick
+import Veltor
+
+PickerPage {
+    picker: controller
+
+    CrossingAlertSettingsViewController {
+        id: controller
+    }
+}

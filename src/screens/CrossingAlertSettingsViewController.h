@@ -1,0 +1,32 @@
+#pragma once
+
+#include "FormatPickerViewController.h"
+#include "VeltorFormat.h"
+
+#include <QtQml/qqmlregistration.h>
+
+#include <optional>
+
+// At which precision entering another cell is announced while tracking: off, squares or
+// subsquares.
+class CrossingAlertSettingsViewController : public FormatPickerViewController
+{
+    Q_OBJECT
+    QML_ELEMENT
+
+public:
+    // Over the app's shared preferences.
+    explicit CrossingAlertSettingsViewController(QObject *parent = nullptr);
+    explicit CrossingAlertSettingsViewController(PreferencesSystem &preferences,
+                                                 QObject *parent = nullptr);
+
+    QString title() const override { return settingTitle(); }
+    // The picker's title, also the row that leads to it.
+    static QString settingTitle();
+    // "Off", "4 characters" or "6 characters", in the user's language.
+    static QString name(std::optional<VeltorFormat> precision);
+
+private:
+    void fill(int row, FormatChoice &choice) const override;
+    void write(int row) override;
+};
