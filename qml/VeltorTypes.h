@@ -16,6 +16,7 @@
 #include "RootCoordinatePanelController.h"
 #include "RootViewController.h"
 #include "SettingsViewController.h"
+#include "TargetController.h"
 #include "VeltorFormatSettingsViewController.h"
 #include "CoordinateFormatSettingsViewController.h"
 #include "DistanceFormatSettingsViewController.h"
@@ -119,6 +120,13 @@ struct CrossingAlertSettingsViewControllerForeign
     Q_GADGET
     QML_FOREIGN(CrossingAlertSettingsViewController)
     QML_NAMED_ELEMENT(CrossingAlertSettingsViewController)
+};
+
+struct TargetControllerForeign
+{
+    Q_GADGET
+    QML_FOREIGN(TargetController)
+    QML_NAMED_ELEMENT(TargetController)
 };
 
 struct GridPositionControllerForeign

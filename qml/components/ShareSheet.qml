@@ -5,11 +5,12 @@ import QtQuick.Templates as T
 import Veltor
 
 // The share sheet: copy the latitude and longitude, copy the locator, show the point in a maps
-// application, or cancel. Along the bottom of a narrow window, under its button on a wide one.
+// application, make it the target, or cancel. Along the bottom of a narrow window, under its button on a wide one.
 Popup {
     id: sheet
 
     required property MapPanelController panel
+    required property TargetController target
 
     function present(anchor: Item) {
         const rect = Theme.actionSheetRect(Qt.size(parent.width, parent.height),
@@ -63,6 +64,15 @@ Popup {
             accessibilityLabel: title
             onClicked: {
                 sheet.panel.showInMaps()
+                sheet.close()
+            }
+        }
+        WideButton {
+            Layout.fillWidth: true
+            title: sheet.target.setTargetTitle
+            accessibilityLabel: title
+            onClicked: {
+                sheet.target.setCurrentPointAsTarget()
                 sheet.close()
             }
         }

@@ -83,5 +83,10 @@ Rectangle {
             Layout.fillWidth: true
             Layout.minimumWidth: 0
         }
+        TargetView {
+            Layout.columnSpan: 2
+            Layout.fillWidth: true
+            Layout.minimumWidth: 0
+        }
     }
 }

@@ -201,9 +201,13 @@ Page {
     FormSheet {
         id: sheet
     }
+    TargetController {
+        id: targetController
+    }
     ShareSheet {
         id: shareSheet
         panel: mapPanel
+        target: targetController
     }
     Connections {
         target: mapPanel

@@ -398,5 +398,25 @@
         <extracomment>Row of the switch that has a crossing alert also spoken (&quot;Entering JN58&quot;)</extracomment>
         <translation>Feldwechsel ansagen</translation>
     </message>
+    <message id="target.set">
+        <source>Set as Target</source>
+        <extracomment>Share sheet action: the current point becomes the target for distance and bearing</extracomment>
+        <translation>Als Ziel setzen</translation>
+    </message>
+    <message id="target.clear">
+        <source>Clear Target</source>
+        <extracomment>Button that removes the target</extracomment>
+        <translation>Ziel entfernen</translation>
+    </message>
+    <message id="target.path">
+        <source>Target %1: %2 at %3°, long path %4 at %5°</source>
+        <extracomment>The target&apos;s locator, the distance and true bearing to it, then the long path&apos;s</extracomment>
+        <translation>Ziel %1: %2 bei %3°, langer Weg %4 bei %5°</translation>
+    </message>
+    <message id="target.path-spoken">
+        <source>Target %1: %2, bearing %3 degrees; long path %4, bearing %5 degrees</source>
+        <extracomment>Spoken: the target&apos;s locator spelled out, distance and bearing, the long path&apos;s</extracomment>
+        <translation>Ziel %1: %2, Richtung %3 Grad; langer Weg %4, Richtung %5 Grad</translation>
+    </message>
 </context>
 </TS>

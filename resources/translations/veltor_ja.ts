@@ -398,5 +398,25 @@
         <extracomment>Row of the switch that has a crossing alert also spoken (&quot;Entering JN58&quot;)</extracomment>
         <translation>グリッド越えを読み上げる</translation>
     </message>
+    <message id="target.set">
+        <source>Set as Target</source>
+        <extracomment>Share sheet action: the current point becomes the target for distance and bearing</extracomment>
+        <translation>目標に設定</translation>
+    </message>
+    <message id="target.clear">
+        <source>Clear Target</source>
+        <extracomment>Button that removes the target</extracomment>
+        <translation>目標を消去</translation>
+    </message>
+    <message id="target.path">
+        <source>Target %1: %2 at %3°, long path %4 at %5°</source>
+        <extracomment>The target&apos;s locator, the distance and true bearing to it, then the long path&apos;s</extracomment>
+        <translation>目標 %1: %2、方位 %3°、長距離経路 %4、方位 %5°</translation>
+    </message>
+    <message id="target.path-spoken">
+        <source>Target %1: %2, bearing %3 degrees; long path %4, bearing %5 degrees</source>
+        <extracomment>Spoken: the target&apos;s locator spelled out, distance and bearing, the long path&apos;s</extracomment>
+        <translation>目標 %1: %2、方位 %3 度。長距離経路 %4、方位 %5 度</translation>
+    </message>
 </context>
 </TS>

@@ -220,6 +220,12 @@ def share(session):
     app.press("Show in Maps")
     wait_for("the point handed to the desktop", lambda: session.opened.exists()
              and session.opened.read_text().strip() == "geo:47.620496,-122.349270?q=47.620496,-122.349270(CN87to88)")
+    # The point as the target: the way there is read out under the read-outs until cleared.
+    app.press("Share")
+    app.press("Set as Target")
+    app.find("label", prefix="Target C N 8 7 t o 8 8: ")
+    app.press("Clear Target")
+    app.gone("label", prefix="Target ")
     app.press("Share")
     app.press("Cancel")
     app.gone("push button", "Cancel")

@@ -36,7 +36,8 @@ constexpr Row rows[] = {
     {"CoordinateFormatPickerScreen", fill}, {"DistanceFormatPickerScreen", fill},
     {"AppearancePickerScreen", fill}, {"TitleLabel", "text: \"x\""},
     {"Body1Button", "title: \"x\""},
-    {"ShareSheet", "panel: MapPanelController {} Component.onCompleted: Qt.callLater(open)"}};
+    {"ShareSheet", "panel: MapPanelController {} target: TargetController {} "
+                   "Component.onCompleted: Qt.callLater(open)"}};
 
 } // namespace
 

@@ -13,6 +13,8 @@
 #include "RootViewController.h"
 #include "ScriptableLocationManager.h"
 #include "SettingsViewController.h"
+#include "TargetController.h"
+#include "TargetSystem.h"
 #include "UserDefaults.h"
 #include "VeltorFormatSettingsViewController.h"
 
@@ -154,6 +156,32 @@ TEST_F(ScreenControllersTest, CrossingAlertsOnlyWhileTrackingAtTheChosenPrecisio
     // A stored value that is not a precision alerts reads as off.
     m_defaults.setObject(QStringLiteral("VeltorFormatTwoCharacters"), m_preferences.crossingAlertKey);
     EXPECT_EQ(m_preferences.crossingAlert(), std::nullopt);
+}
+
+TEST_F(ScreenControllersTest, TargetShowsTheWayThereAndIsKeptUntilCleared)
+{
+    TargetSystem targets(m_defaults);
+    const TargetController way(m_state, m_preferences, targets);
+    EXPECT_FALSE(way.shown());
+    m_preferences.setDistanceFormat(DistanceFormat::Metric);
+    m_preferences.setVeltorFormat(VeltorFormat::SixCharacters);
+    m_state.setCoordinate({52.520833333333336, 13.375});
+    TargetController(m_state, m_preferences, targets).setCurrentPointAsTarget();
+    // From JN58td to JO62qm: GeodSolve(1) gives 502310.959 m at 13.69°, and the long path
+    // 19502419.696 m at -166.99° plus half a meridian, 20003931.459 m.
+    m_state.setCoordinate({48.145833333333336, 11.625});
+    EXPECT_EQ(way.text().toStdString(), "Target JO62qm: 502 km at 14°, long path 39,506 km at 193°");
+    EXPECT_TRUE(way.accessibilityLabel().startsWith(QStringLiteral("Target J O 6 2 q m: 502 km")));
+    // Kept across launches, and gone once cleared.
+    EXPECT_EQ(TargetSystem(m_defaults).target(), (Coordinate{52.520833333333336, 13.375}));
+    targets.setTarget(std::nullopt);
+    EXPECT_FALSE(way.shown());
+    EXPECT_EQ(TargetSystem(m_defaults).target(), std::nullopt);
+    // A stored target that is not a point on the globe is no target.
+    for (const char *stored : {"91,0", "nan,0", "12", "a,b"}) {
+        m_defaults.setObject(QString::fromLatin1(stored), targets.targetKey);
+        EXPECT_EQ(TargetSystem(m_defaults).target(), std::nullopt) << stored;
+    }
 }
 
 TEST_F(ScreenControllersTest, AccuracyShowsOnlyForALiveFixThatHasOne)

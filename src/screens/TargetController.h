@@ -1,0 +1,56 @@
+#pragma once
+
+#include "DistanceFormatter.h"
+#include "NotificationObserver.h"
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+#include <optional>
+
+class ApplicationStateSystem;
+class PreferencesSystem;
+class TargetSystem;
+
+// The way from the current point to the target: the geodesic distance and initial true bearing,
+// and the long path the other way round. It follows the point live while tracking, the units and
+// the locator precision; the share sheet sets the current point as target, and it can be cleared.
+class TargetController : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(bool shown READ shown NOTIFY changed)
+    Q_PROPERTY(QString text READ text NOTIFY changed)
+    Q_PROPERTY(QString accessibilityLabel READ accessibilityLabel NOTIFY changed)
+    Q_PROPERTY(QString setTargetTitle READ setTargetTitle CONSTANT)
+    Q_PROPERTY(QString clearTitle READ clearTitle CONSTANT)
+
+public:
+    // Over the app's shared systems.
+    explicit TargetController(QObject *parent = nullptr);
+    TargetController(ApplicationStateSystem &state, PreferencesSystem &preferences,
+                     TargetSystem &targets, QObject *parent = nullptr);
+
+    bool shown() const { return !m_text.isEmpty(); }
+    QString text() const { return m_text; }
+    QString accessibilityLabel() const { return m_accessibilityLabel; }
+    static QString setTargetTitle();
+    static QString clearTitle();
+
+    Q_INVOKABLE void setCurrentPointAsTarget();
+    Q_INVOKABLE void clearTarget();
+
+signals:
+    void changed();
+
+private:
+    void refresh();
+
+    ApplicationStateSystem &m_state;
+    PreferencesSystem &m_preferences;
+    TargetSystem &m_targets;
+    DistanceFormatter m_distanceFormatter;
+    std::optional<NotificationObserver> m_preferencesObserver;
+    QString m_text, m_accessibilityLabel;
+};
