@@ -13,6 +13,7 @@
 #include "MapPanelController.h"
 #include "MapView.h"
 #include "PreferencesSystem.h"
+#include "ProofSnapshotController.h"
 #include "RootCoordinatePanelController.h"
 #include "RootViewController.h"
 #include "SettingsViewController.h"
@@ -120,6 +121,13 @@ struct CrossingAlertSettingsViewControllerForeign
     Q_GADGET
     QML_FOREIGN(CrossingAlertSettingsViewController)
     QML_NAMED_ELEMENT(CrossingAlertSettingsViewController)
+};
+
+struct ProofSnapshotControllerForeign
+{
+    Q_GADGET
+    QML_FOREIGN(ProofSnapshotController)
+    QML_NAMED_ELEMENT(ProofSnapshotController)
 };
 
 struct TargetControllerForeign

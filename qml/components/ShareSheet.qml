@@ -5,12 +5,13 @@ import QtQuick.Templates as T
 import Veltor
 
 // The share sheet: copy the latitude and longitude, copy the locator, show the point in a maps
-// application, make it the target, or cancel. Along the bottom of a narrow window, under its button on a wide one.
+// application, make it the target, save a proof of it, or cancel. Along the bottom of a narrow window, under its button on a wide one.
 Popup {
     id: sheet
 
     required property MapPanelController panel
     required property TargetController target
+    required property ProofSnapshotController proof
 
     function present(anchor: Item) {
         const rect = Theme.actionSheetRect(Qt.size(parent.width, parent.height),
@@ -74,6 +75,16 @@ Popup {
             onClicked: {
                 sheet.target.setCurrentPointAsTarget()
                 sheet.close()
+            }
+        }
+        WideButton {
+            Layout.fillWidth: true
+            title: sheet.proof.saveTitle
+            accessibilityLabel: title
+            onClicked: {
+                // Closed first, so the picture shows the screen and not the sheet.
+                sheet.close()
+                sheet.proof.save()
             }
         }
         WideButton {

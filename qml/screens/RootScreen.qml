@@ -204,10 +204,38 @@ Page {
     TargetController {
         id: targetController
     }
+    ProofSnapshotController {
+        id: proof
+        window: screen.Window.window
+    }
     ShareSheet {
         id: shareSheet
         panel: mapPanel
         target: targetController
+        proof: proof
+    }
+    // What saving a proof did, over the foot of the window for a few seconds.
+    Rectangle {
+        anchors.horizontalCenter: parent.horizontalCenter
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: 3 * Theme.spacing
+        width: Math.min(parent.width - 2 * Theme.spacing, proofText.implicitWidth + 2 * Theme.spacing)
+        height: proofText.implicitHeight + Theme.spacing
+        radius: height / 2
+        color: Theme.surfaceColor
+        border.color: Theme.dividerColor
+        visible: proof.message.length > 0
+        Accessible.role: Accessible.StaticText
+        Accessible.name: proof.message
+        Body2Label {
+            id: proofText
+            anchors.centerIn: parent
+            width: Math.min(implicitWidth, parent.width - 2 * Theme.spacing)
+            text: proof.message
+            wrapMode: Text.Wrap
+            horizontalAlignment: Text.AlignHCenter
+            Accessible.ignored: true
+        }
     }
     Connections {
         target: mapPanel

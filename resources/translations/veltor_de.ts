@@ -418,5 +418,20 @@
         <extracomment>Spoken: the target&apos;s locator spelled out, distance and bearing, the long path&apos;s</extracomment>
         <translation>Ziel %1: %2, Richtung %3 Grad; langer Weg %4, Richtung %5 Grad</translation>
     </message>
+    <message id="proof.save">
+        <source>Save Proof</source>
+        <extracomment>Share sheet action: saves a picture of the window and a text file proving the position</extracomment>
+        <translation>Nachweis speichern</translation>
+    </message>
+    <message id="proof.saved">
+        <source>Proof saved in %1 as %2</source>
+        <extracomment>After saving a proof of position: the folder and the file name without extension</extracomment>
+        <translation>Nachweis in %1 als %2 gespeichert</translation>
+    </message>
+    <message id="proof.failed">
+        <source>Cannot save the proof in %1</source>
+        <extracomment>When a proof of position cannot be written; the folder</extracomment>
+        <translation>Der Nachweis kann nicht in %1 gespeichert werden</translation>
+    </message>
 </context>
 </TS>

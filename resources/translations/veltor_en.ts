@@ -418,5 +418,20 @@
         <extracomment>Spoken: the target&apos;s locator spelled out, distance and bearing, the long path&apos;s</extracomment>
         <translation>Target %1: %2, bearing %3 degrees; long path %4, bearing %5 degrees</translation>
     </message>
+    <message id="proof.save">
+        <source>Save Proof</source>
+        <extracomment>Share sheet action: saves a picture of the window and a text file proving the position</extracomment>
+        <translation>Save Proof</translation>
+    </message>
+    <message id="proof.saved">
+        <source>Proof saved in %1 as %2</source>
+        <extracomment>After saving a proof of position: the folder and the file name without extension</extracomment>
+        <translation>Proof saved in %1 as %2</translation>
+    </message>
+    <message id="proof.failed">
+        <source>Cannot save the proof in %1</source>
+        <extracomment>When a proof of position cannot be written; the folder</extracomment>
+        <translation>Cannot save the proof in %1</translation>
+    </message>
 </context>
 </TS>

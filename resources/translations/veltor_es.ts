@@ -418,5 +418,20 @@
         <extracomment>Spoken: the target&apos;s locator spelled out, distance and bearing, the long path&apos;s</extracomment>
         <translation>Destino %1: %2, rumbo %3 grados; camino largo %4, rumbo %5 grados</translation>
     </message>
+    <message id="proof.save">
+        <source>Save Proof</source>
+        <extracomment>Share sheet action: saves a picture of the window and a text file proving the position</extracomment>
+        <translation>Guardar prueba</translation>
+    </message>
+    <message id="proof.saved">
+        <source>Proof saved in %1 as %2</source>
+        <extracomment>After saving a proof of position: the folder and the file name without extension</extracomment>
+        <translation>Prueba guardada en %1 como %2</translation>
+    </message>
+    <message id="proof.failed">
+        <source>Cannot save the proof in %1</source>
+        <extracomment>When a proof of position cannot be written; the folder</extracomment>
+        <translation>No se puede guardar la prueba en %1</translation>
+    </message>
 </context>
 </TS>

@@ -418,5 +418,20 @@
         <extracomment>Spoken: the target&apos;s locator spelled out, distance and bearing, the long path&apos;s</extracomment>
         <translation>Cible %1 : %2, cap %3 degrés ; chemin long %4, cap %5 degrés</translation>
     </message>
+    <message id="proof.save">
+        <source>Save Proof</source>
+        <extracomment>Share sheet action: saves a picture of the window and a text file proving the position</extracomment>
+        <translation>Enregistrer une preuve</translation>
+    </message>
+    <message id="proof.saved">
+        <source>Proof saved in %1 as %2</source>
+        <extracomment>After saving a proof of position: the folder and the file name without extension</extracomment>
+        <translation>Preuve enregistrée dans %1 sous %2</translation>
+    </message>
+    <message id="proof.failed">
+        <source>Cannot save the proof in %1</source>
+        <extracomment>When a proof of position cannot be written; the folder</extracomment>
+        <translation>Impossible d&apos;enregistrer la preuve dans %1</translation>
+    </message>
 </context>
 </TS>

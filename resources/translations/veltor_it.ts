@@ -418,5 +418,20 @@
         <extracomment>Spoken: the target&apos;s locator spelled out, distance and bearing, the long path&apos;s</extracomment>
         <translation>Obiettivo %1: %2, direzione %3 gradi; percorso lungo %4, direzione %5 gradi</translation>
     </message>
+    <message id="proof.save">
+        <source>Save Proof</source>
+        <extracomment>Share sheet action: saves a picture of the window and a text file proving the position</extracomment>
+        <translation>Salva prova</translation>
+    </message>
+    <message id="proof.saved">
+        <source>Proof saved in %1 as %2</source>
+        <extracomment>After saving a proof of position: the folder and the file name without extension</extracomment>
+        <translation>Prova salvata in %1 come %2</translation>
+    </message>
+    <message id="proof.failed">
+        <source>Cannot save the proof in %1</source>
+        <extracomment>When a proof of position cannot be written; the folder</extracomment>
+        <translation>Impossibile salvare la prova in %1</translation>
+    </message>
 </context>
 </TS>

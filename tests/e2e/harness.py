@@ -205,7 +205,10 @@ class Session:
             os.environ, QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
             QT_QUICK_BACKEND="software", LANG="en_US.UTF-8", LANGUAGE="en",
             PATH=f"{bin_dir}:{os.environ.get('PATH', '/usr/bin:/bin')}",
-            XDG_CONFIG_HOME=str(self.path / "config"), XDG_CACHE_HOME=str(self.path / "cache"))
+            XDG_CONFIG_HOME=str(self.path / "config"), XDG_CACHE_HOME=str(self.path / "cache"),
+            # Proofs go to the pictures folder under home: never the real one.
+            HOME=str(self.path / "home"))
+        (self.path / "home").mkdir()
         return self
 
     def launch(self, *arguments, **environment):

@@ -226,6 +226,13 @@ def share(session):
     app.find("label", prefix="Target C N 8 7 t o 8 8: ")
     app.press("Clear Target")
     app.gone("label", prefix="Target ")
+    # A proof of the position: a picture and a record in the pictures folder, and a message.
+    app.press("Share")
+    app.press("Save Proof")
+    app.find("label", prefix="Proof saved in ")
+    proofs = session.path / "home" / "Pictures" / "Veltor"
+    wait_for("the proof on disk", lambda: sorted(p.suffix for p in proofs.glob("veltor-*"))
+             == [".png", ".txt"])
     app.press("Share")
     app.press("Cancel")
     app.gone("push button", "Cancel")

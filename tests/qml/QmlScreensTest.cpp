@@ -37,6 +37,7 @@ constexpr Row rows[] = {
     {"AppearancePickerScreen", fill}, {"TitleLabel", "text: \"x\""},
     {"Body1Button", "title: \"x\""},
     {"ShareSheet", "panel: MapPanelController {} target: TargetController {} "
+                   "proof: ProofSnapshotController {} "
                    "Component.onCompleted: Qt.callLater(open)"}};
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "GridCrossingAlert.h"
 #include "GridPositionController.h"
 #include "LocationTrackingSystem.h"
+#include "ProofSnapshotController.h"
 #include "NotificationCenter.h"
 #include "PreferencesSystem.h"
 #include "RootCoordinatePanelController.h"
@@ -182,6 +183,36 @@ TEST_F(ScreenControllersTest, TargetShowsTheWayThereAndIsKeptUntilCleared)
         m_defaults.setObject(QString::fromLatin1(stored), targets.targetKey);
         EXPECT_EQ(TargetSystem(m_defaults).target(), std::nullopt) << stored;
     }
+}
+
+TEST_F(ScreenControllersTest, ProofIsSavedNamedByTheTimeOrSaysWhyNot)
+{
+    const QDateTime when(QDate(2026, 6, 20), QTime(14, 5, 9), Qt::UTC);
+    ProofSnapshotController proof(m_state, m_preferences, m_dir.filePath(QStringLiteral("proofs")),
+                                  [&] { return when; });
+    m_state.setCoordinate({48.1459, 11.6251});
+    m_state.setCoordinateIsLiveTracked(true);
+    m_state.setCoordinateAccuracy(4.0);
+    ASSERT_TRUE(proof.save());
+    QFile record(m_dir.filePath(QStringLiteral("proofs/veltor-20260620-140509Z.txt")));
+    ASSERT_TRUE(record.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(record.readAll());
+    for (const char *line :
+         {"Time (UTC): 2026-06-20T14:05:09Z", "48° 8′ 45″ N, 11° 37′ 30″ E",
+          "48° 8.7540′ N, 11° 37.5060′ E", "48.1459° N, 11.6251° E", "48.1459000, 11.6251000",
+          "Locator: JN, JN58, JN58td, JN58td55", "accuracy 4.0 m", "Position in JN58td55: ",
+          "where JN58td55, "}) {
+        EXPECT_TRUE(text.contains(QString::fromUtf8(line))) << line;
+    }
+    EXPECT_TRUE(proof.message().contains(QStringLiteral("veltor-20260620-140509Z")));
+
+    // A folder that cannot be made: a clear message, nothing claimed.
+    QFile(m_dir.filePath(QStringLiteral("file"))).open(QIODevice::WriteOnly);
+    ProofSnapshotController blocked(m_state, m_preferences,
+                                    m_dir.filePath(QStringLiteral("file/proofs")),
+                                    [&] { return when; });
+    EXPECT_FALSE(blocked.save());
+    EXPECT_TRUE(blocked.message().startsWith(QStringLiteral("Cannot save the proof in ")));
 }
 
 TEST_F(ScreenControllersTest, AccuracyShowsOnlyForALiveFixThatHasOne)
