@@ -22,6 +22,7 @@
 #include "CoordinateFormatSettingsViewController.h"
 #include "DistanceFormatSettingsViewController.h"
 #include "AppearanceSettingsViewController.h"
+#include "FixAgeController.h"
 #include "FormatChoice.h"
 #include "GridPositionController.h"
 #include "Theme.h"
@@ -128,6 +129,13 @@ struct ProofSnapshotControllerForeign
     Q_GADGET
     QML_FOREIGN(ProofSnapshotController)
     QML_NAMED_ELEMENT(ProofSnapshotController)
+};
+
+struct FixAgeControllerForeign
+{
+    Q_GADGET
+    QML_FOREIGN(FixAgeController)
+    QML_NAMED_ELEMENT(FixAgeController)
 };
 
 struct TargetControllerForeign

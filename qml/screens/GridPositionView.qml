@@ -1,18 +1,29 @@
 import QtQuick
 import Veltor
 
-// Under the read-outs: a warning when a live fix may lie in another cell, and where the point lies
-// in its locator cell, each read out as one static text.
+// Under the read-outs: a warning when the live fix is stale or may lie in another cell, and where
+// the point lies in its locator cell, each read out as one static text.
 Column {
     id: view
 
-    visible: position.shown || position.uncertain
+    visible: position.shown || position.uncertain || age.stale
     spacing: 0
 
     GridPositionController {
         id: position
     }
+    FixAgeController {
+        id: age
+    }
 
+    TintLabel {
+        width: view.width
+        visible: age.stale
+        text: age.text
+        font: Theme.body2Font
+        Accessible.role: Accessible.StaticText
+        Accessible.name: age.accessibilityLabel
+    }
     TintLabel {
         width: view.width
         visible: position.uncertain
@@ -25,6 +36,8 @@ Column {
     Column {
         width: view.width
         visible: position.shown
+        // A stale fix is no longer where the user is: its distances are shown faded.
+        opacity: age.stale ? 0.5 : 1.0
         Accessible.role: Accessible.StaticText
         Accessible.name: position.accessibilityLabel
 

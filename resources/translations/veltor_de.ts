@@ -433,5 +433,21 @@
         <extracomment>When a proof of position cannot be written; the folder</extracomment>
         <translation>Der Nachweis kann nicht in %1 gespeichert werden</translation>
     </message>
+    <message id="fix.stale" numerus="yes">
+        <source>Stale fix: %n s old</source>
+        <extracomment>The live fix is older than it should be; its age in whole seconds</extracomment>
+        <translation>
+            <numerusform>Veraltete Position: %n s alt</numerusform>
+            <numerusform>Veraltete Position: %n s alt</numerusform>
+        </translation>
+    </message>
+    <message id="fix.stale-spoken" numerus="yes">
+        <source>Stale fix, %n seconds old</source>
+        <extracomment>Spoken: the live fix is older than it should be; its age in whole seconds</extracomment>
+        <translation>
+            <numerusform>Veraltete Position, %n Sekunde alt</numerusform>
+            <numerusform>Veraltete Position, %n Sekunden alt</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

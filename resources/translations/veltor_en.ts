@@ -433,5 +433,21 @@
         <extracomment>When a proof of position cannot be written; the folder</extracomment>
         <translation>Cannot save the proof in %1</translation>
     </message>
+    <message id="fix.stale" numerus="yes">
+        <source>Stale fix: %n s old</source>
+        <extracomment>The live fix is older than it should be; its age in whole seconds</extracomment>
+        <translation>
+            <numerusform>Stale fix: %n s old</numerusform>
+            <numerusform>Stale fix: %n s old</numerusform>
+        </translation>
+    </message>
+    <message id="fix.stale-spoken" numerus="yes">
+        <source>Stale fix, %n seconds old</source>
+        <extracomment>Spoken: the live fix is older than it should be; its age in whole seconds</extracomment>
+        <translation>
+            <numerusform>Stale fix, %n second old</numerusform>
+            <numerusform>Stale fix, %n seconds old</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

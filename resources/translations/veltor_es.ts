@@ -433,5 +433,21 @@
         <extracomment>When a proof of position cannot be written; the folder</extracomment>
         <translation>No se puede guardar la prueba en %1</translation>
     </message>
+    <message id="fix.stale" numerus="yes">
+        <source>Stale fix: %n s old</source>
+        <extracomment>The live fix is older than it should be; its age in whole seconds</extracomment>
+        <translation>
+            <numerusform>Posición antigua: %n s</numerusform>
+            <numerusform>Posición antigua: %n s</numerusform>
+        </translation>
+    </message>
+    <message id="fix.stale-spoken" numerus="yes">
+        <source>Stale fix, %n seconds old</source>
+        <extracomment>Spoken: the live fix is older than it should be; its age in whole seconds</extracomment>
+        <translation>
+            <numerusform>Posición antigua, de hace %n segundo</numerusform>
+            <numerusform>Posición antigua, de hace %n segundos</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

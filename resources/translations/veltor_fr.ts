@@ -433,5 +433,21 @@
         <extracomment>When a proof of position cannot be written; the folder</extracomment>
         <translation>Impossible d&apos;enregistrer la preuve dans %1</translation>
     </message>
+    <message id="fix.stale" numerus="yes">
+        <source>Stale fix: %n s old</source>
+        <extracomment>The live fix is older than it should be; its age in whole seconds</extracomment>
+        <translation>
+            <numerusform>Position périmée : %n s</numerusform>
+            <numerusform>Position périmée : %n s</numerusform>
+        </translation>
+    </message>
+    <message id="fix.stale-spoken" numerus="yes">
+        <source>Stale fix, %n seconds old</source>
+        <extracomment>Spoken: the live fix is older than it should be; its age in whole seconds</extracomment>
+        <translation>
+            <numerusform>Position périmée, vieille de %n seconde</numerusform>
+            <numerusform>Position périmée, vieille de %n secondes</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

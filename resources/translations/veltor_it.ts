@@ -433,5 +433,21 @@
         <extracomment>When a proof of position cannot be written; the folder</extracomment>
         <translation>Impossibile salvare la prova in %1</translation>
     </message>
+    <message id="fix.stale" numerus="yes">
+        <source>Stale fix: %n s old</source>
+        <extracomment>The live fix is older than it should be; its age in whole seconds</extracomment>
+        <translation>
+            <numerusform>Posizione vecchia: %n s</numerusform>
+            <numerusform>Posizione vecchia: %n s</numerusform>
+        </translation>
+    </message>
+    <message id="fix.stale-spoken" numerus="yes">
+        <source>Stale fix, %n seconds old</source>
+        <extracomment>Spoken: the live fix is older than it should be; its age in whole seconds</extracomment>
+        <translation>
+            <numerusform>Posizione vecchia, di %n secondo fa</numerusform>
+            <numerusform>Posizione vecchia, di %n secondi fa</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

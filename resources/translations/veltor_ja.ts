@@ -433,5 +433,19 @@
         <extracomment>When a proof of position cannot be written; the folder</extracomment>
         <translation>%1 に証拠を保存できません</translation>
     </message>
+    <message id="fix.stale" numerus="yes">
+        <source>Stale fix: %n s old</source>
+        <extracomment>The live fix is older than it should be; its age in whole seconds</extracomment>
+        <translation>
+            <numerusform>古い測位: %n 秒前</numerusform>
+        </translation>
+    </message>
+    <message id="fix.stale-spoken" numerus="yes">
+        <source>Stale fix, %n seconds old</source>
+        <extracomment>Spoken: the live fix is older than it should be; its age in whole seconds</extracomment>
+        <translation>
+            <numerusform>古い測位、%n 秒前</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

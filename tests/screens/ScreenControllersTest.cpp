@@ -4,6 +4,7 @@
 #include "CoordinatePanelViewController.h"
 #include "CrossingAlertSettingsViewController.h"
 #include "DistanceFormatSettingsViewController.h"
+#include "FixAgeController.h"
 #include "GridCrossingAlert.h"
 #include "GridPositionController.h"
 #include "LocationTrackingSystem.h"
@@ -213,6 +214,30 @@ TEST_F(ScreenControllersTest, ProofIsSavedNamedByTheTimeOrSaysWhyNot)
                                     [&] { return when; });
     EXPECT_FALSE(blocked.save());
     EXPECT_TRUE(blocked.message().startsWith(QStringLiteral("Cannot save the proof in ")));
+}
+
+TEST_F(ScreenControllersTest, ALiveFixOlderThanFiveSecondsIsShownStaleAndThePointKept)
+{
+    qint64 now = 1000;
+    FixAgeController age(m_state, [&] { return now; });
+    m_state.setCoordinateIsLiveTracked(true);
+    m_state.setCoordinate({51.5, -0.1});
+    const std::pair<qint64, const char *> ages[] = {
+        {5000, ""}, {5001, "Stale fix: 5 s old"}, {12400, "Stale fix: 12 s old"}};
+    for (const auto &[after, text] : ages) {
+        now = 1000 + after;
+        age.refresh();
+        EXPECT_EQ(age.text().toStdString(), text) << after;
+    }
+    EXPECT_EQ(age.accessibilityLabel(), QStringLiteral("Stale fix, 12 seconds old"));
+    EXPECT_EQ(m_state.coordinate(), (Coordinate{51.5, -0.1}));
+    // A new fix is current again; a point that is not tracked never goes stale.
+    m_state.setCoordinate({51.6, -0.1});
+    EXPECT_FALSE(age.stale());
+    m_state.setCoordinateIsLiveTracked(false);
+    now += 60000;
+    age.refresh();
+    EXPECT_FALSE(age.stale());
 }
 
 TEST_F(ScreenControllersTest, AccuracyShowsOnlyForALiveFixThatHasOne)

@@ -32,7 +32,8 @@ QMap<QString, Message> readTable(const QString &language)
             table[id].source = xml.readElementText();
         } else if (xml.name() == u"translation") {
             table[id].type = xml.attributes().value(QStringLiteral("type")).toString();
-            table[id].translation = xml.readElementText();
+            // Counted texts keep one form per plural in child elements.
+            table[id].translation = xml.readElementText(QXmlStreamReader::IncludeChildElements);
         }
     }
     EXPECT_FALSE(xml.hasError())
@@ -42,11 +43,13 @@ QMap<QString, Message> readTable(const QString &language)
 
 QStringList placeholders(const QString &text)
 {
-    static const QRegularExpression pattern(QStringLiteral("%(\\d|'?l{0,2}d|\\.\\d+f|%)"));
+    static const QRegularExpression pattern(QStringLiteral("%(\\d|n|'?l{0,2}d|\\.\\d+f|%)"));
     QStringList found;
     for (const auto &match : pattern.globalMatch(text))
         found.append(match.captured());
     found.sort();
+    // Each plural form of a counted text carries the same placeholders once.
+    found.removeDuplicates();
     return found;
 }
 
