@@ -24,6 +24,7 @@
 #include "AppearanceSettingsViewController.h"
 #include "FixAgeController.h"
 #include "FormatChoice.h"
+#include "GreatCircleOverlay.h"
 #include "GridPositionController.h"
 #include "Theme.h"
 #include "VeltorKeypadViewController.h"
@@ -136,6 +137,13 @@ struct FixAgeControllerForeign
     Q_GADGET
     QML_FOREIGN(FixAgeController)
     QML_NAMED_ELEMENT(FixAgeController)
+};
+
+struct GreatCircleOverlayForeign
+{
+    Q_GADGET
+    QML_FOREIGN(GreatCircleOverlay)
+    QML_NAMED_ELEMENT(GreatCircleOverlay)
 };
 
 struct TargetControllerForeign

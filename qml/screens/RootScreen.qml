@@ -120,6 +120,19 @@ Page {
                     appearance: Theme.appearance
                 }
 
+                // The way to the target, over the map and under its buttons.
+                GreatCircleOverlay {
+                    anchors.fill: parent
+                    map: map
+                    color: Theme.tintColor
+                    active: targetController.shown
+                    fromLatitude: targetController.pointLatitude
+                    fromLongitude: targetController.pointLongitude
+                    toLatitude: targetController.targetLatitude
+                    toLongitude: targetController.targetLongitude
+                    Accessible.ignored: true
+                }
+
                 // The map to a screen reader: a button that does what a long press does, at the
                 // centre. It takes no touches, so the map's own gestures are untouched.
                 Item {

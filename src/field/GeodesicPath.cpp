@@ -1,7 +1,9 @@
 #include "GeodesicPath.h"
 
 #include <GeographicLib/Geodesic.hpp>
+#include <GeographicLib/GeodesicLine.hpp>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -41,4 +43,21 @@ GeodesicPath GeodesicPath::between(Coordinate from, Coordinate to)
     const Coordinate far = antipode(to);
     path.longMetres = geodesicMetres(from, far, &path.longBearing) + geodesicMetres(far, to);
     return path;
+}
+
+std::vector<Coordinate> GeodesicPath::densified(Coordinate from, Coordinate to, double stepMetres,
+                                                int maxPoints)
+{
+    const GeographicLib::GeodesicLine line = GeographicLib::Geodesic::WGS84().InverseLine(
+        from.latitude, from.longitude, to.latitude, to.longitude);
+    const double length = line.Distance();
+    const int segments = std::clamp(int(std::ceil(length / stepMetres)), 1, maxPoints - 1);
+    std::vector<Coordinate> points;
+    points.reserve(std::size_t(segments) + 1);
+    for (int i = 0; i <= segments; ++i) {
+        Coordinate c;
+        line.Position(length * i / segments, c.latitude, c.longitude);
+        points.push_back(c);
+    }
+    return points;
 }

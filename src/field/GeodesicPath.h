@@ -2,6 +2,8 @@
 
 #include "Coordinate.h"
 
+#include <vector>
+
 // The way from one point to another on the WGS84 ellipsoid: the geodesic (short path) and the
 // long path the other way round the Earth, with the initial true bearings an antenna is turned to.
 struct GeodesicPath
@@ -12,6 +14,10 @@ struct GeodesicPath
     double longBearing = 0.0;
 
     static GeodesicPath between(Coordinate from, Coordinate to);
+    // Points along the geodesic from one point to the other, both included, no further apart
+    // than stepMetres (at most maxPoints), for drawing it as a line on a flat map.
+    static std::vector<Coordinate> densified(Coordinate from, Coordinate to,
+                                             double stepMetres = 25000.0, int maxPoints = 2000);
 };
 
 // The geodesic distance in metres and the initial bearing in degrees (0 to 360) from one point to

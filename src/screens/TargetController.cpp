@@ -34,6 +34,26 @@ TargetController::TargetController(ApplicationStateSystem &state, PreferencesSys
     refresh();
 }
 
+double TargetController::pointLatitude() const
+{
+    return m_state.coordinate().latitude;
+}
+
+double TargetController::pointLongitude() const
+{
+    return m_state.coordinate().longitude;
+}
+
+double TargetController::targetLatitude() const
+{
+    return m_targets.target().value_or(Coordinate{}).latitude;
+}
+
+double TargetController::targetLongitude() const
+{
+    return m_targets.target().value_or(Coordinate{}).longitude;
+}
+
 QString TargetController::setTargetTitle()
 {
     //: Share sheet action: the current point becomes the target for distance and bearing

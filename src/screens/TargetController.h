@@ -25,6 +25,11 @@ class TargetController : public QObject
     Q_PROPERTY(QString accessibilityLabel READ accessibilityLabel NOTIFY changed)
     Q_PROPERTY(QString setTargetTitle READ setTargetTitle CONSTANT)
     Q_PROPERTY(QString clearTitle READ clearTitle CONSTANT)
+    // Both ends of the way, for the line drawn on the map.
+    Q_PROPERTY(double pointLatitude READ pointLatitude NOTIFY changed)
+    Q_PROPERTY(double pointLongitude READ pointLongitude NOTIFY changed)
+    Q_PROPERTY(double targetLatitude READ targetLatitude NOTIFY changed)
+    Q_PROPERTY(double targetLongitude READ targetLongitude NOTIFY changed)
 
 public:
     // Over the app's shared systems.
@@ -35,6 +40,10 @@ public:
     bool shown() const { return !m_text.isEmpty(); }
     QString text() const { return m_text; }
     QString accessibilityLabel() const { return m_accessibilityLabel; }
+    double pointLatitude() const;
+    double pointLongitude() const;
+    double targetLatitude() const;
+    double targetLongitude() const;
     static QString setTargetTitle();
     static QString clearTitle();
 

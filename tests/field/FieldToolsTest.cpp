@@ -35,6 +35,12 @@ TEST(GeodesicPathTest, MatchesPublishedGeodesics)
     const GeodesicPath meridian = GeodesicPath::between({0, 0}, {10, 0});
     EXPECT_NEAR(meridian.shortMetres + meridian.longMetres, 4 * 10001965.729, 0.01);
     EXPECT_NEAR(meridian.longBearing, 180.0, 1e-9);
+    // Drawn as points at most 25 km apart, from one end to the other along the equator.
+    const auto points = GeodesicPath::densified({0, 0}, {0, 10});
+    EXPECT_EQ(points.size(), 46u); // 1113.2 km in 45 steps
+    EXPECT_EQ(points.front(), (Coordinate{0, 0}));
+    EXPECT_NEAR(points.back().longitude, 10.0, 1e-9);
+    EXPECT_NEAR(points[9].longitude, 2.0, 1e-9);
     // Bearings are compass bearings: west is 270, never -90.
     EXPECT_NEAR(GeodesicPath::between({0, 10}, {0, 0}).shortBearing, 270.0, 1e-9);
 }

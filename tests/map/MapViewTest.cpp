@@ -1,5 +1,6 @@
 #include "MapView.h"
 #include "FakeTileSource.h"
+#include "GreatCircleOverlay.h"
 #include "RenderedTileSource.h"
 #include "TestTable.h"
 
@@ -293,6 +294,30 @@ TEST_F(MapViewTest, TheWindowShowsTilesDrawnOnOtherThreadsThePinAndTheUserDot)
     shot = window.grabWindow();
     EXPECT_EQ(px(dot), green);
     EXPECT_EQ(px({200, 170}), green);
+}
+
+// The line to a target follows the map and breaks where it crosses from one copy of the world
+// to the next, rather than striking back across the whole map.
+TEST_F(MapViewTest, TheWayToTheTargetBreaksAtTheSeamOnly)
+{
+    map->setZoomLevel(1.0);
+    map->setCenter(0.0, 0.0);
+    GreatCircleOverlay overlay;
+    overlay.setMap(map);
+    overlay.setFromLongitude(170.0);
+    overlay.setToLongitude(-170.0);
+    EXPECT_TRUE(overlay.strokes().empty());
+    overlay.setActive(true);
+    const auto strokes = overlay.strokes();
+    ASSERT_EQ(strokes.size(), 2u);
+    EXPECT_EQ(strokes[0].front(), map->pointFor(0.0, 170.0));
+    EXPECT_EQ(strokes[1].back(), map->pointFor(0.0, -170.0));
+    EXPECT_GT(strokes[0].back().x(), 400.0);
+    EXPECT_LT(strokes[1].front().x(), 0.0);
+    // Seen from the antimeridian the same way is one line, and it follows a pan.
+    map->setCenter(0.0, 180.0);
+    ASSERT_EQ(overlay.strokes().size(), 1u);
+    EXPECT_EQ(overlay.strokes()[0].front(), map->pointFor(0.0, 170.0));
 }
 
 } // namespace
