@@ -79,11 +79,16 @@ void PreferencesSystem::setDistanceFormat(DistanceFormat format)
                 PreferencesSystemDistanceFormatDidChangeNotification);
 }
 
+void PreferencesSystem::writeBool(bool value, const QString &key, QLatin1StringView notification)
+{
+    m_defaults.setBool(value, key);
+    m_defaults.synchronize();
+    m_notificationCenter.postNotificationName(notification, this);
+}
+
 void PreferencesSystem::setShowGrid(bool show)
 {
-    m_defaults.setBool(show, showGridKey);
-    m_defaults.synchronize();
-    m_notificationCenter.postNotificationName(PreferencesSystemShowGridDidChangeNotification, this);
+    writeBool(show, showGridKey, PreferencesSystemShowGridDidChangeNotification);
 }
 
 bool PreferencesSystem::showGridPosition() const
@@ -93,10 +98,7 @@ bool PreferencesSystem::showGridPosition() const
 
 void PreferencesSystem::setShowGridPosition(bool show)
 {
-    m_defaults.setBool(show, gridPositionKey);
-    m_defaults.synchronize();
-    m_notificationCenter.postNotificationName(PreferencesSystemGridPositionDidChangeNotification,
-                                              this);
+    writeBool(show, gridPositionKey, PreferencesSystemGridPositionDidChangeNotification);
 }
 
 std::optional<VeltorFormat> PreferencesSystem::crossingAlert() const
@@ -122,8 +124,5 @@ bool PreferencesSystem::speakCrossings() const
 
 void PreferencesSystem::setSpeakCrossings(bool speak)
 {
-    m_defaults.setBool(speak, speakCrossingsKey);
-    m_defaults.synchronize();
-    m_notificationCenter.postNotificationName(PreferencesSystemCrossingAlertDidChangeNotification,
-                                              this);
+    writeBool(speak, speakCrossingsKey, PreferencesSystemCrossingAlertDidChangeNotification);
 }

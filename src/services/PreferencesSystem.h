@@ -32,8 +32,8 @@ inline constexpr QLatin1StringView PreferencesSystemAppearanceDidChangeNotificat
 
 // The user settings. Every read goes to the store, so a value is current even if the store
 // was written elsewhere; every write stores, synchronises and posts its notification, even when
-// the value does not change. Only the grid flag and spoken crossings have registered defaults: nothing is written
-// until the user changes a setting.
+// the value does not change. Only the grid flag and spoken crossings have registered defaults:
+// nothing is written until the user changes a setting.
 class PreferencesSystem : public QObject
 {
     Q_OBJECT
@@ -80,6 +80,7 @@ public:
 
 private:
     void writeString(QStringView raw, const QString &key, QLatin1StringView notification);
+    void writeBool(bool value, const QString &key, QLatin1StringView notification);
 
     UserDefaults &m_defaults;
     NotificationCenter &m_notificationCenter;
