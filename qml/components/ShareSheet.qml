@@ -79,6 +79,15 @@ Popup {
         }
         WideButton {
             Layout.fillWidth: true
+            title: sheet.target.typeTargetTitle
+            accessibilityLabel: title
+            onClicked: {
+                sheet.close()
+                sheet.target.typeTarget()
+            }
+        }
+        WideButton {
+            Layout.fillWidth: true
             title: sheet.proof.saveTitle
             accessibilityLabel: title
             onClicked: {

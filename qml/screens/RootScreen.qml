@@ -284,10 +284,20 @@ Page {
         VeltorKeypadScreen {}
     }
     Component {
+        id: targetKeypad
+        VeltorKeypadScreen {
+            targetMode: true
+        }
+    }
+    Component {
         id: settingsScreen
         SettingsScreen {}
     }
 
+    Connections {
+        target: targetController
+        function onTargetKeypadRequested() { sheet.present(targetKeypad) }
+    }
     Connections {
         target: panel.controller
         function onLatitudeKeypadRequested() { sheet.present(latitudeKeypad) }

@@ -8,6 +8,8 @@ FocusScope {
     id: screen
 
     readonly property real hairline: Theme.hairline(Screen.devicePixelRatio)
+    // Types the target instead of the point.
+    property bool targetMode
 
     focus: true
 
@@ -15,6 +17,7 @@ FocusScope {
 
     VeltorKeypadViewController {
         id: controller
+        targetMode: screen.targetMode
         onDismissRequested: screen.dismissRequested()
         onAccessibilityFocusRequested: output.forceActiveFocus()
     }

@@ -449,5 +449,15 @@
             <numerusform>Stale fix, %n seconds old</numerusform>
         </translation>
     </message>
+    <message id="keypad.veltor.target-title">
+        <source>Target Locator</source>
+        <extracomment>Heading of the locator keypad when it sets the target</extracomment>
+        <translation>Target Locator</translation>
+    </message>
+    <message id="target.type">
+        <source>Type Target Locator</source>
+        <extracomment>Share sheet action: opens the locator keypad to type the target</extracomment>
+        <translation>Type Target Locator</translation>
+    </message>
 </context>
 </TS>

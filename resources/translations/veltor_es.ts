@@ -449,5 +449,15 @@
             <numerusform>Posición antigua, de hace %n segundos</numerusform>
         </translation>
     </message>
+    <message id="keypad.veltor.target-title">
+        <source>Target Locator</source>
+        <extracomment>Heading of the locator keypad when it sets the target</extracomment>
+        <translation>Locator de destino</translation>
+    </message>
+    <message id="target.type">
+        <source>Type Target Locator</source>
+        <extracomment>Share sheet action: opens the locator keypad to type the target</extracomment>
+        <translation>Escribir el locator de destino</translation>
+    </message>
 </context>
 </TS>

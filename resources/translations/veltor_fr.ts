@@ -449,5 +449,15 @@
             <numerusform>Position périmée, vieille de %n secondes</numerusform>
         </translation>
     </message>
+    <message id="keypad.veltor.target-title">
+        <source>Target Locator</source>
+        <extracomment>Heading of the locator keypad when it sets the target</extracomment>
+        <translation>Locator cible</translation>
+    </message>
+    <message id="target.type">
+        <source>Type Target Locator</source>
+        <extracomment>Share sheet action: opens the locator keypad to type the target</extracomment>
+        <translation>Saisir le locator cible</translation>
+    </message>
 </context>
 </TS>

@@ -447,5 +447,15 @@
             <numerusform>古い測位、%n 秒前</numerusform>
         </translation>
     </message>
+    <message id="keypad.veltor.target-title">
+        <source>Target Locator</source>
+        <extracomment>Heading of the locator keypad when it sets the target</extracomment>
+        <translation>目標ロケーター</translation>
+    </message>
+    <message id="target.type">
+        <source>Type Target Locator</source>
+        <extracomment>Share sheet action: opens the locator keypad to type the target</extracomment>
+        <translation>目標ロケーターを入力</translation>
+    </message>
 </context>
 </TS>

@@ -3,6 +3,7 @@
 #include "ApplicationStateSystem.h"
 #include "LocationTrackingSystem.h"
 #include "PreferencesSystem.h"
+#include "TargetSystem.h"
 
 #include <array>
 
@@ -57,9 +58,23 @@ VeltorKeypadViewController::VeltorKeypadViewController(ApplicationStateSystem &s
 
 QString VeltorKeypadViewController::title() const
 {
+    if (m_targetMode) {
+        //: Heading of the locator keypad when it sets the target
+        //% "Target Locator"
+        return qtTrId("keypad.veltor.target-title");
+    }
     //: Heading of the locator keypad
     //% "Locator"
     return qtTrId("keypad.veltor.title");
+}
+
+void VeltorKeypadViewController::setTargetMode(bool targetMode)
+{
+    if (m_targetMode == targetMode)
+        return;
+    m_targetMode = targetMode;
+    emit targetModeChanged();
+    refreshOutputLabel();
 }
 
 QStringList VeltorKeypadViewController::keyTitles() const
@@ -97,6 +112,12 @@ void VeltorKeypadViewController::refreshOutputLabel()
     if (m_workingString) {
         m_outputText = *m_workingString;
         m_outputAccessibilityLabel = spelledOut(*m_workingString);
+    } else if (m_targetMode) {
+        // Until the first key, the label shows the target there is, if any.
+        m_veltorFormatter.setFormat(m_preferences.veltorFormat());
+        const std::optional<Coordinate> target = TargetSystem::sharedSystem().target();
+        m_outputText = target ? m_veltorFormatter.stringFromCoordinate(*target) : QString();
+        m_outputAccessibilityLabel = target ? spelledOut(m_outputText) : QString();
     } else {
         // Until the first key, the label shows where the point is now.
         m_veltorFormatter.setFormat(m_preferences.veltorFormat());
@@ -142,7 +163,11 @@ void VeltorKeypadViewController::deleteButtonTapped()
 
 void VeltorKeypadViewController::doneButtonTapped()
 {
-    if (m_workingString) {
+    if (m_targetMode) {
+        if (m_workingString && !m_workingString->isEmpty())
+            TargetSystem::sharedSystem().setTarget(
+                m_veltorFormatter.coordinateFromString(*m_workingString));
+    } else if (m_workingString) {
         // A typed point always ends live tracking, before it is written.
         if (m_tracking.tracking())
             m_tracking.endTracking();

@@ -23,7 +23,9 @@ class VeltorKeypadViewController : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString title READ title CONSTANT)
+    Q_PROPERTY(QString title READ title NOTIFY targetModeChanged)
+    // Typing the target rather than the point: Done sets the target and leaves tracking alone.
+    Q_PROPERTY(bool targetMode READ targetMode WRITE setTargetMode NOTIFY targetModeChanged)
     Q_PROPERTY(QString outputText READ outputText NOTIFY outputChanged)
     Q_PROPERTY(QString outputAccessibilityLabel READ outputAccessibilityLabel NOTIFY outputChanged)
     // Row by row, four per row; a cleared key has no title and is disabled.
@@ -41,6 +43,8 @@ public:
                                LocationTrackingSystem &tracking, QObject *parent = nullptr);
 
     QString title() const;
+    bool targetMode() const { return m_targetMode; }
+    void setTargetMode(bool targetMode);
     QString outputText() const { return m_outputText; }
     QString outputAccessibilityLabel() const { return m_outputAccessibilityLabel; }
     QList<KeypadKey *> characterKeys() const { return m_keys; }
@@ -61,6 +65,7 @@ public:
     Q_INVOKABLE bool handleKey(int key, const QString &text);
 
 signals:
+    void targetModeChanged();
     void outputChanged();
     // The output label should take the screen reader's focus, to read what was typed.
     void accessibilityFocusRequested();
@@ -73,6 +78,7 @@ private:
     ApplicationStateSystem &m_state;
     PreferencesSystem &m_preferences;
     LocationTrackingSystem &m_tracking;
+    bool m_targetMode = false;
     VeltorFormatter m_veltorFormatter;
     std::optional<QString> m_workingString;
     QString m_outputText;

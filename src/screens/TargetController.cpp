@@ -68,6 +68,13 @@ QString TargetController::clearTitle()
     return qtTrId("target.clear");
 }
 
+QString TargetController::typeTargetTitle()
+{
+    //: Share sheet action: opens the locator keypad to type the target
+    //% "Type Target Locator"
+    return qtTrId("target.type");
+}
+
 void TargetController::setCurrentPointAsTarget()
 {
     m_targets.setTarget(m_state.coordinate());

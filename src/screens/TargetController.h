@@ -25,6 +25,7 @@ class TargetController : public QObject
     Q_PROPERTY(QString accessibilityLabel READ accessibilityLabel NOTIFY changed)
     Q_PROPERTY(QString setTargetTitle READ setTargetTitle CONSTANT)
     Q_PROPERTY(QString clearTitle READ clearTitle CONSTANT)
+    Q_PROPERTY(QString typeTargetTitle READ typeTargetTitle CONSTANT)
     // Both ends of the way, for the line drawn on the map.
     Q_PROPERTY(double pointLatitude READ pointLatitude NOTIFY changed)
     Q_PROPERTY(double pointLongitude READ pointLongitude NOTIFY changed)
@@ -46,12 +47,16 @@ public:
     double targetLongitude() const;
     static QString setTargetTitle();
     static QString clearTitle();
+    static QString typeTargetTitle();
 
     Q_INVOKABLE void setCurrentPointAsTarget();
     Q_INVOKABLE void clearTarget();
+    // Asks for the locator keypad, to type the target.
+    Q_INVOKABLE void typeTarget() { emit targetKeypadRequested(); }
 
 signals:
     void changed();
+    void targetKeypadRequested();
 
 private:
     void refresh();

@@ -226,6 +226,16 @@ def share(session):
     app.find("label", prefix="Target C N 8 7 t o 8 8: ")
     app.press("Clear Target")
     app.gone("label", prefix="Target ")
+    # Typed on the locator keypad: the target is set, the point stays where it was.
+    app.press("Share")
+    app.press("Type Target Locator")
+    for key in "JO62":
+        app.press(key)
+    app.press("Done")
+    app.gone("push button", "Done")
+    app.find("label", prefix="Target " + spelled("JO62ll99").strip() + ": ")
+    app.button(spelled("CN87to88"))
+    app.press("Clear Target")
     # A proof of the position: a picture and a record in the pictures folder, and a message.
     app.press("Share")
     app.press("Save Proof")

@@ -4,6 +4,7 @@
 #include "NotificationCenter.h"
 #include "PreferencesSystem.h"
 #include "ScriptableLocationManager.h"
+#include "TargetSystem.h"
 #include "UserDefaults.h"
 #include "VeltorKeypadViewController.h"
 
@@ -152,6 +153,31 @@ TEST_F(KeypadViewControllersTest, DoneStopsTrackingAndWritesOnceUnlessNothingWas
     // Every key press moves the screen reader to the output.
     EXPECT_EQ(locatorFocus.count(), 8);
     EXPECT_EQ(latitudeFocus.count(), 6);
+}
+
+TEST_F(KeypadViewControllersTest, InTargetModeDoneSetsTheTargetAndLeavesThePointAndTracking)
+{
+    startLiveTracking();
+    TargetSystem &targets = TargetSystem::sharedSystem();
+    targets.setTarget(std::nullopt);
+    VeltorKeypadViewController keypad(m_state, m_preferences, m_tracking);
+    keypad.setTargetMode(true);
+    EXPECT_EQ(keypad.title(), QStringLiteral("Target Locator"));
+    EXPECT_EQ(keypad.outputText(), QString()); // no target yet, so nothing to show
+    type(keypad, "JO62qm");
+    keypad.doneButtonTapped();
+    EXPECT_TRUE(m_tracking.tracking());
+    EXPECT_TRUE(m_writes.empty());
+    ASSERT_TRUE(targets.target().has_value());
+    EXPECT_NEAR(targets.target()->latitude, 52.520833333333336, 1e-9);
+    EXPECT_NEAR(targets.target()->longitude, 13.375, 1e-9);
+    // Opened again, it starts from that target; Done with nothing typed keeps it.
+    VeltorKeypadViewController again(m_state, m_preferences, m_tracking);
+    again.setTargetMode(true);
+    EXPECT_EQ(again.outputText(), QStringLiteral("JO62qm54"));
+    again.doneButtonTapped();
+    EXPECT_TRUE(targets.target().has_value());
+    targets.setTarget(std::nullopt);
 }
 
 TEST_F(KeypadViewControllersTest, HardwareKeysTypeOnTheLocatorKeypad)
