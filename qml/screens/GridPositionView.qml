@@ -1,12 +1,13 @@
 import QtQuick
 import Veltor
 
-// Under the read-outs: a warning when the live fix is stale or may lie in another cell, and where
-// the point lies in its locator cell, each read out as one static text.
+// Under the read-outs: what the receiver says of its fix, a warning when the live fix is stale or
+// may lie in another cell, and where the point lies in its locator cell, each read out as one
+// static text.
 Column {
     id: view
 
-    visible: position.shown || position.uncertain || age.stale
+    visible: position.shown || position.uncertain || age.stale || age.receiverText.length > 0
     spacing: 0
 
     GridPositionController {
@@ -16,6 +17,13 @@ Column {
         id: age
     }
 
+    CaptionLabel {
+        width: view.width
+        visible: text.length > 0
+        text: age.receiverText
+        Accessible.role: Accessible.StaticText
+        Accessible.name: age.receiverAccessibilityLabel
+    }
     TintLabel {
         width: view.width
         visible: age.stale

@@ -459,5 +459,30 @@
         <extracomment>Share sheet action: opens the locator keypad to type the target</extracomment>
         <translation>Digita il locatore obiettivo</translation>
     </message>
+    <message id="receiver.no-fix">
+        <source>No fix</source>
+        <extracomment>The receiver has no position fix</extracomment>
+        <translation>Nessuna posizione</translation>
+    </message>
+    <message id="receiver.2d">
+        <source>2D fix</source>
+        <extracomment>A two-dimensional fix: no height, so the position is weaker</extracomment>
+        <translation>Posizione 2D</translation>
+    </message>
+    <message id="receiver.3d">
+        <source>3D fix</source>
+        <extracomment>A three-dimensional fix, with height</extracomment>
+        <translation>Posizione 3D</translation>
+    </message>
+    <message id="receiver.satellites">
+        <source>%1 · %2 of %3 satellites</source>
+        <extracomment>The fix, then the satellites it uses out of those in view</extracomment>
+        <translation>%1 · %2 di %3 satelliti</translation>
+    </message>
+    <message id="receiver.satellites-spoken">
+        <source>%1, %2 of %3 satellites</source>
+        <extracomment>Spoken: the fix, then the satellites it uses out of those in view</extracomment>
+        <translation>%1, %2 di %3 satelliti</translation>
+    </message>
 </context>
 </TS>

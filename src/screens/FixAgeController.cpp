@@ -1,6 +1,7 @@
 #include "FixAgeController.h"
 
 #include "ApplicationStateSystem.h"
+#include "LocationTrackingSystem.h"
 
 #include <QElapsedTimer>
 
@@ -9,6 +10,7 @@
 FixAgeController::FixAgeController(QObject *parent)
     : FixAgeController(
           ApplicationStateSystem::sharedSystem(),
+          &LocationTrackingSystem::sharedSystem().locationManager(),
           [] {
               static QElapsedTimer steady;
               if (!steady.isValid())
@@ -19,9 +21,14 @@ FixAgeController::FixAgeController(QObject *parent)
 {
 }
 
-FixAgeController::FixAgeController(ApplicationStateSystem &state, Clock clock, QObject *parent)
-    : QObject(parent), m_state(state), m_clock(std::move(clock))
+FixAgeController::FixAgeController(ApplicationStateSystem &state, LocationManager *receiver,
+                                   Clock clock, QObject *parent)
+    : QObject(parent), m_state(state), m_receiver(receiver), m_clock(std::move(clock))
 {
+    if (m_receiver) {
+        connect(m_receiver, &LocationManager::receiverStatusChanged, this,
+                &FixAgeController::refreshReceiver);
+    }
     using namespace std::chrono_literals;
     m_ticker.setInterval(1s);
     connect(&m_ticker, &QTimer::timeout, this, &FixAgeController::refresh);
@@ -32,8 +39,53 @@ FixAgeController::FixAgeController(ApplicationStateSystem &state, Clock clock, Q
     fixArrived();
 }
 
+void FixAgeController::refreshReceiver()
+{
+    m_receiverText.clear();
+    m_receiverAccessibilityLabel.clear();
+    const ReceiverStatus status = m_receiver ? m_receiver->receiverStatus() : ReceiverStatus();
+    if (m_state.coordinateIsLiveTracked() && status.fixMode != ReceiverStatus::Unknown) {
+        QString mode;
+        switch (status.fixMode) {
+        case ReceiverStatus::NoFix:
+            //: The receiver has no position fix
+            //% "No fix"
+            mode = qtTrId("receiver.no-fix");
+            break;
+        case ReceiverStatus::TwoD:
+            //: A two-dimensional fix: no height, so the position is weaker
+            //% "2D fix"
+            mode = qtTrId("receiver.2d");
+            break;
+        default:
+            //: A three-dimensional fix, with height
+            //% "3D fix"
+            mode = qtTrId("receiver.3d");
+            break;
+        }
+        m_receiverText = mode;
+        m_receiverAccessibilityLabel = mode;
+        if (status.satellitesUsed >= 0 && status.satellitesInView >= 0) {
+            //: The fix, then the satellites it uses out of those in view
+            //% "%1 · %2 of %3 satellites"
+            m_receiverText = qtTrId("receiver.satellites")
+                                 .arg(mode)
+                                 .arg(status.satellitesUsed)
+                                 .arg(status.satellitesInView);
+            //: Spoken: the fix, then the satellites it uses out of those in view
+            //% "%1, %2 of %3 satellites"
+            m_receiverAccessibilityLabel = qtTrId("receiver.satellites-spoken")
+                                               .arg(mode)
+                                               .arg(status.satellitesUsed)
+                                               .arg(status.satellitesInView);
+        }
+    }
+    emit changed();
+}
+
 void FixAgeController::fixArrived()
 {
+    refreshReceiver();
     m_lastFix = m_clock();
     if (m_state.coordinateIsLiveTracked())
         m_ticker.start();

@@ -8,10 +8,12 @@
 #include <functional>
 
 class ApplicationStateSystem;
+class LocationManager;
 
-// Tells when the live fix has gone stale: no new fix for more than five seconds while tracking.
-// The last point stays where it was; the panel then says how old it is instead of passing it off
-// as current.
+// The honest state of live tracking: what the receiver says of its fix (2D or 3D, satellites used
+// and in view), and when the fix has gone stale, no new one for more than five seconds. The last
+// point stays where it was; the panel then says how old it is instead of passing it off as
+// current.
 class FixAgeController : public QObject
 {
     Q_OBJECT
@@ -19,6 +21,9 @@ class FixAgeController : public QObject
     Q_PROPERTY(bool stale READ stale NOTIFY changed)
     Q_PROPERTY(QString text READ text NOTIFY changed)
     Q_PROPERTY(QString accessibilityLabel READ accessibilityLabel NOTIFY changed)
+    // The receiver's own word on its fix while tracking, where it gives one.
+    Q_PROPERTY(QString receiverText READ receiverText NOTIFY changed)
+    Q_PROPERTY(QString receiverAccessibilityLabel READ receiverAccessibilityLabel NOTIFY changed)
 
 public:
     static constexpr qint64 staleAfterMilliseconds = 5000;
@@ -27,11 +32,15 @@ public:
 
     // Over the app's shared state, on the system's steady clock.
     explicit FixAgeController(QObject *parent = nullptr);
-    FixAgeController(ApplicationStateSystem &state, Clock clock, QObject *parent = nullptr);
+    // The receiver may be null: a source that says nothing of its fix.
+    FixAgeController(ApplicationStateSystem &state, LocationManager *receiver, Clock clock,
+                     QObject *parent = nullptr);
 
     bool stale() const { return !m_text.isEmpty(); }
     QString text() const { return m_text; }
     QString accessibilityLabel() const { return m_accessibilityLabel; }
+    QString receiverText() const { return m_receiverText; }
+    QString receiverAccessibilityLabel() const { return m_receiverAccessibilityLabel; }
 
     // Looks at the age of the last fix again; a timer does this every second while tracking.
     void refresh();
@@ -41,10 +50,13 @@ signals:
 
 private:
     void fixArrived();
+    void refreshReceiver();
 
     ApplicationStateSystem &m_state;
+    LocationManager *m_receiver;
     Clock m_clock;
     qint64 m_lastFix = 0;
     QTimer m_ticker;
     QString m_text, m_accessibilityLabel;
+    QString m_receiverText, m_receiverAccessibilityLabel;
 };

@@ -3,6 +3,7 @@
 #include "ApplicationStateSystem.h"
 #include "CellPosition.h"
 #include "CoordinateFormatter.h"
+#include "LocationTrackingSystem.h"
 #include "PreferencesSystem.h"
 #include "VeltorFormatter.h"
 
@@ -31,6 +32,7 @@ QString degreesIn(CoordinateFormat format, Coordinate c)
 ProofSnapshotController::ProofSnapshotController(QObject *parent)
     : ProofSnapshotController(
           ApplicationStateSystem::sharedSystem(), PreferencesSystem::sharedSystem(),
+          &LocationTrackingSystem::sharedSystem().locationManager(),
           QDir(QStandardPaths::writableLocation(QStandardPaths::PicturesLocation))
               .filePath(QStringLiteral("Veltor")),
           [] { return QDateTime::currentDateTimeUtc(); }, parent)
@@ -38,10 +40,11 @@ ProofSnapshotController::ProofSnapshotController(QObject *parent)
 }
 
 ProofSnapshotController::ProofSnapshotController(ApplicationStateSystem &state,
-                                                 PreferencesSystem &preferences, QString folder,
+                                                 PreferencesSystem &preferences,
+                                                 LocationManager *receiver, QString folder,
                                                  Clock clock, QObject *parent)
-    : QObject(parent), m_state(state), m_preferences(preferences), m_folder(std::move(folder)),
-      m_clock(std::move(clock))
+    : QObject(parent), m_state(state), m_preferences(preferences), m_receiver(receiver),
+      m_folder(std::move(folder)), m_clock(std::move(clock))
 {
     using namespace std::chrono_literals;
     m_messageTimer.setSingleShot(true);
@@ -98,6 +101,14 @@ QString ProofSnapshotController::report(const QDateTime &utc) const
         text += accuracy && std::isfinite(*accuracy) && *accuracy >= 0
                     ? QStringLiteral("Source: live GPS fix, accuracy %1 m\n").arg(*accuracy, 0, 'f', 1)
                     : QStringLiteral("Source: live GPS fix, accuracy not reported\n");
+        const ReceiverStatus receiver = m_receiver ? m_receiver->receiverStatus() : ReceiverStatus();
+        static const char *const modes[] = {"not reported", "no fix", "2D", "3D"};
+        text += QStringLiteral("Fix: %1; satellites used: %2; in view: %3\n")
+                    .arg(QLatin1String(modes[receiver.fixMode]),
+                         receiver.satellitesUsed >= 0 ? QString::number(receiver.satellitesUsed)
+                                                      : QStringLiteral("not reported"),
+                         receiver.satellitesInView >= 0 ? QString::number(receiver.satellitesInView)
+                                                        : QStringLiteral("not reported"));
     } else {
         text += QStringLiteral("Source: a chosen point, not a live fix\n");
     }

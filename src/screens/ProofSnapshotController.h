@@ -15,11 +15,12 @@
 #include <optional>
 
 class ApplicationStateSystem;
+class LocationManager;
 class PreferencesSystem;
 
 // Saves proof of where the user stands, for an activation on a line or a corner: a picture of the
 // window and a text file with the UTC time, the point in every notation, the locator at every
-// precision, the accuracy and the position in the cell. Both go to a folder of the user's
+// precision, the accuracy, the receiver's fix and satellites, and the position in the cell. Both go to a folder of the user's
 // pictures, named by the time; a message says where, or why they could not be written.
 class ProofSnapshotController : public QObject
 {
@@ -34,8 +35,10 @@ public:
 
     // Over the app's shared systems, into Pictures/Veltor, at the current time.
     explicit ProofSnapshotController(QObject *parent = nullptr);
+    // The receiver may be null: a source that says nothing of its fix.
     ProofSnapshotController(ApplicationStateSystem &state, PreferencesSystem &preferences,
-                            QString folder, Clock clock, QObject *parent = nullptr);
+                            LocationManager *receiver, QString folder, Clock clock,
+                            QObject *parent = nullptr);
 
     QQuickWindow *window() const { return m_window; }
     void setWindow(QQuickWindow *window);
@@ -58,6 +61,7 @@ private:
 
     ApplicationStateSystem &m_state;
     PreferencesSystem &m_preferences;
+    LocationManager *m_receiver;
     QString m_folder;
     Clock m_clock;
     QPointer<QQuickWindow> m_window;

@@ -6,3 +6,11 @@ LocationManager::LocationManager(QObject *parent) : QObject(parent)
     qRegisterMetaType<Location>("Location");
     qRegisterMetaType<QList<Location>>("QList<Location>");
 }
+
+void LocationManager::setReceiverStatus(const ReceiverStatus &status)
+{
+    if (status == m_receiverStatus)
+        return;
+    m_receiverStatus = status;
+    emit receiverStatusChanged();
+}

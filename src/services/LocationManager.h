@@ -19,6 +19,18 @@ struct Location
 
 Q_DECLARE_METATYPE(Location)
 
+// What the receiver says of its own fix, where it says it (NMEA receivers do; the platform's
+// service does not): the kind of fix and how many satellites it uses and sees.
+struct ReceiverStatus
+{
+    enum FixMode { Unknown, NoFix, TwoD, ThreeD };
+    FixMode fixMode = Unknown;
+    int satellitesUsed = -1;   // -1: not reported
+    int satellitesInView = -1; // -1: not reported
+
+    friend bool operator==(const ReceiverStatus &, const ReceiverStatus &) = default;
+};
+
 // Where the app's positions come from and whether it may use them. Permission changes, fixes
 // and failures arrive as signals on the thread the manager lives in.
 class LocationManager : public QObject
@@ -53,6 +65,7 @@ public:
 
     double desiredAccuracy() const { return m_desiredAccuracy; }
     void setDesiredAccuracy(double meters) { m_desiredAccuracy = meters; }
+    ReceiverStatus receiverStatus() const { return m_receiverStatus; }
 
 signals:
     void authorizationStatusChanged(int status);
@@ -60,7 +73,13 @@ signals:
     void locationsUpdated(const QList<Location> &locations);
     // Updates have ended; the description says why, for people.
     void failed(const QString &description);
+    void receiverStatusChanged();
+
+protected:
+    // Announces a change only.
+    void setReceiverStatus(const ReceiverStatus &status);
 
 private:
     double m_desiredAccuracy = 0.0;
+    ReceiverStatus m_receiverStatus;
 };

@@ -1,5 +1,7 @@
 #include "PositioningLocationManager.h"
 
+#include "NmeaReceiverStatus.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QGeoPositionInfo>
@@ -11,6 +13,7 @@
 #include <QTime>
 
 #include <cmath>
+#include <functional>
 
 namespace {
 
@@ -66,12 +69,20 @@ public:
 
     bool hasOwnAccuracy(QTime fixTime) const { return m_timesWithAccuracy.contains(fixTime); }
 
+    // Told of each sentence's news about the receiver's own fix.
+    std::function<void(const ReceiverStatus &)> receiverStatusRead;
+
 protected:
     bool parsePosInfoFromNmeaData(const char *data, int size, QGeoPositionInfo *info,
                                   bool *hasFix) override
     {
         ++m_lines;
         m_lastLineWasNmea = isWellFormedNmea(data, size);
+        if (m_lastLineWasNmea) {
+            m_receiver.read(data, size);
+            if (receiverStatusRead)
+                receiverStatusRead(m_receiver.status());
+        }
         if (!QNmeaPositionInfoSource::parsePosInfoFromNmeaData(data, size, info, hasFix))
             return false;
         // Sentences without a time (GSA) belong to the fix of the last one with a time.
@@ -89,6 +100,7 @@ protected:
     }
 
 private:
+    NmeaReceiverStatus m_receiver;
     int m_lines = 0;
     bool m_lastLineWasNmea = false;
     QTime m_sentenceTime;
@@ -176,6 +188,8 @@ void PositioningLocationManager::stopUpdatingLocation()
 {
     ++m_run;
     teardown();
+    // What the receiver said belongs to the run that has ended.
+    setReceiverStatus({});
 }
 
 void PositioningLocationManager::startSystemSource()
@@ -202,6 +216,7 @@ void PositioningLocationManager::startNmea()
                                           : QNmeaPositionInfoSource::RealTimeMode,
                                    this);
     m_nmea = nmea;
+    nmea->receiverStatusRead = [this](const ReceiverStatus &status) { setReceiverStatus(status); };
     // Qt reports twice HDOP times UERE (a 95 % radius); half the UERE gives HDOP times UERE.
     nmea->setUserEquivalentRangeError(userEquivalentRangeError / 2.0);
     connect(nmea, &QGeoPositionInfoSource::positionUpdated, this,

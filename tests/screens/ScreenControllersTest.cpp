@@ -189,8 +189,9 @@ TEST_F(ScreenControllersTest, TargetShowsTheWayThereAndIsKeptUntilCleared)
 TEST_F(ScreenControllersTest, ProofIsSavedNamedByTheTimeOrSaysWhyNot)
 {
     const QDateTime when(QDate(2026, 6, 20), QTime(14, 5, 9), Qt::UTC);
-    ProofSnapshotController proof(m_state, m_preferences, m_dir.filePath(QStringLiteral("proofs")),
-                                  [&] { return when; });
+    ProofSnapshotController proof(m_state, m_preferences, &m_manager,
+                                  m_dir.filePath(QStringLiteral("proofs")), [&] { return when; });
+    m_manager.report({ReceiverStatus::ThreeD, 8, 11});
     m_state.setCoordinate({48.1459, 11.6251});
     m_state.setCoordinateIsLiveTracked(true);
     m_state.setCoordinateAccuracy(4.0);
@@ -201,7 +202,8 @@ TEST_F(ScreenControllersTest, ProofIsSavedNamedByTheTimeOrSaysWhyNot)
     for (const char *line :
          {"Time (UTC): 2026-06-20T14:05:09Z", "48° 8′ 45″ N, 11° 37′ 30″ E",
           "48° 8.7540′ N, 11° 37.5060′ E", "48.1459° N, 11.6251° E", "48.1459000, 11.6251000",
-          "Locator: JN, JN58, JN58td, JN58td55", "accuracy 4.0 m", "Position in JN58td55: ",
+          "Locator: JN, JN58, JN58td, JN58td55", "accuracy 4.0 m",
+          "Fix: 3D; satellites used: 8; in view: 11", "Position in JN58td55: ",
           "where JN58td55, "}) {
         EXPECT_TRUE(text.contains(QString::fromUtf8(line))) << line;
     }
@@ -209,7 +211,7 @@ TEST_F(ScreenControllersTest, ProofIsSavedNamedByTheTimeOrSaysWhyNot)
 
     // A folder that cannot be made: a clear message, nothing claimed.
     QFile(m_dir.filePath(QStringLiteral("file"))).open(QIODevice::WriteOnly);
-    ProofSnapshotController blocked(m_state, m_preferences,
+    ProofSnapshotController blocked(m_state, m_preferences, nullptr,
                                     m_dir.filePath(QStringLiteral("file/proofs")),
                                     [&] { return when; });
     EXPECT_FALSE(blocked.save());
@@ -219,8 +221,14 @@ TEST_F(ScreenControllersTest, ProofIsSavedNamedByTheTimeOrSaysWhyNot)
 TEST_F(ScreenControllersTest, ALiveFixOlderThanFiveSecondsIsShownStaleAndThePointKept)
 {
     qint64 now = 1000;
-    FixAgeController age(m_state, [&] { return now; });
+    FixAgeController age(m_state, &m_manager, [&] { return now; });
     m_state.setCoordinateIsLiveTracked(true);
+    // The receiver's own word on its fix, where it gives one.
+    EXPECT_EQ(age.receiverText(), QString());
+    m_manager.report({ReceiverStatus::ThreeD, 8, 11});
+    EXPECT_EQ(age.receiverText().toStdString(), "3D fix · 8 of 11 satellites");
+    m_manager.report({ReceiverStatus::TwoD, 3, -1});
+    EXPECT_EQ(age.receiverAccessibilityLabel(), QStringLiteral("2D fix"));
     m_state.setCoordinate({51.5, -0.1});
     const std::pair<qint64, const char *> ages[] = {
         {5000, ""}, {5001, "Stale fix: 5 s old"}, {12400, "Stale fix: 12 s old"}};

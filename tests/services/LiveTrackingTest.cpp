@@ -270,6 +270,22 @@ TEST_F(LiveTrackingTest, StoppingAndStartingAgainReplaysFromTheStart)
     EXPECT_EQ(m_failures->count(), 0);
 }
 
+TEST_F(LiveTrackingTest, TheReceiversWordOnItsFixComesFromTheSameStream)
+{
+    QList<QByteArray> lines = fixtureLines("greenwich-walk.nmea");
+    lines.insert(1, "$GPGSA,A,3,04,05,09,12,,,,,,,,,2.5,1.3,2.1*3F\r\n");
+    lines.insert(2, "$GPGSV,2,1,07,04,40,083,46,05,18,302,40,09,64,135,48,12,22,245,41*78\r\n");
+    lines.insert(3, "$GPGSV,2,2,07,17,11,042,32,23,55,178,45,25,09,315,29*43\r\n");
+    track(serve(lines));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return m_manager->receiverStatus().satellitesInView == 7; },
+                                8000));
+    EXPECT_EQ(m_manager->receiverStatus().fixMode, ReceiverStatus::ThreeD);
+    EXPECT_EQ(m_manager->receiverStatus().satellitesUsed, 4);
+    // Once tracking ends, nothing the receiver said stands any more.
+    m_system->endTracking();
+    EXPECT_EQ(m_manager->receiverStatus(), ReceiverStatus());
+}
+
 TEST(PositioningLocationManager, NmeaSourcesNeedNoPermissionAndUnusableOnesAreRestricted)
 {
     EXPECT_EQ(PositioningLocationManager(GpsSource::parse(QStringLiteral("udp://127.0.0.1:10110")))

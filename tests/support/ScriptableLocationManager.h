@@ -29,4 +29,5 @@ public:
     }
     void deliver(const QList<Location> &locations) { emit locationsUpdated(locations); }
     void fail(const QString &description) { emit failed(description); }
+    void report(const ReceiverStatus &receiver) { setReceiverStatus(receiver); }
 };
