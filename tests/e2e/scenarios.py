@@ -178,7 +178,7 @@ def settings_pickers(session):
 
 
 def live_tracking(session):
-    app = session.launch("--gps", str(session.data / "nmea" / "greenwich-walk.nmea"))
+    app = session.launch("--gps", str(session.data / "nmea" / "greenwich-stroll.nmea"))
     off_hint = app.button("Tracking disabled").description
     expect(off_hint, "the tracking button has no hint")
     app.press("Tracking disabled")
@@ -203,7 +203,7 @@ def live_tracking(session):
     app.quit()
 
     # A car or kiosk set-up starts tracking with the app.
-    app = session.launch("--gps", str(session.data / "nmea" / "greenwich-walk.nmea"), "--track")
+    app = session.launch("--gps", str(session.data / "nmea" / "greenwich-stroll.nmea"), "--track")
     app.button("Tracking enabled")
     app.quit()
 

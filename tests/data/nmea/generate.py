@@ -63,3 +63,10 @@ drive = [(-300, 1.0), (-50, 1.0), (-8, 1.0), (6, 1.0), (-4, 1.0), (9, 1.0), (3, 
 write("wiggle-drive.nmea",
       [line for second, (east, hdop) in enumerate(drive)
        for line in fix(second, 48.52, 12.0 + east / metres_per_degree, hdop)])
+
+# The same walk for the end-to-end scenarios, then standing still with a good fix for a while:
+# long enough for a screen reader to change the units while the fix is still live.
+stroll = [(-0.0006, 0.9), (-0.0003, 1.2), (0.0003, 1.0)] + [(0.0006, 1.0)] * 20
+write("greenwich-stroll.nmea",
+      [line for second, (longitude, hdop) in enumerate(stroll)
+       for line in fix(second, 51.4779, longitude, hdop)])
