@@ -29,6 +29,15 @@ QString sideName(CellPosition::Side side)
     return {};
 }
 
+// Locators as a screen reader should say them, one after another.
+QString spelledList(const QStringList &locators, const QString &separator)
+{
+    QStringList spelled;
+    for (const QString &locator : locators)
+        spelled.append(spelledOut(locator).trimmed());
+    return spelled.join(separator);
+}
+
 } // namespace
 
 GridPositionController::GridPositionController(QObject *parent)
@@ -67,9 +76,6 @@ void GridPositionController::refreshUncertainty(const CellPosition &cell)
     const QStringList others = cell.cellsWithin(*accuracy);
     if (others.isEmpty())
         return;
-    QStringList spokenOthers;
-    for (const QString &locator : others)
-        spokenOthers.append(spelledOut(locator).trimmed());
     //: Between the other locators a fix may lie in, when its accuracy reaches over an edge
     //% " or "
     const QString orWord = qtTrId("grid-position.or");
@@ -81,7 +87,7 @@ void GridPositionController::refreshUncertainty(const CellPosition &cell)
     //% "Uncertain: %1, or %2 within plus or minus %3"
     m_uncertainAccessibilityLabel = qtTrId("grid-position.uncertain-spoken")
                                         .arg(spelledOut(cell.locator).trimmed(),
-                                             spokenOthers.join(orWord), within);
+                                             spelledList(others, orWord), within);
 }
 
 void GridPositionController::refresh()
@@ -114,9 +120,7 @@ void GridPositionController::refresh()
     const QString corner = distance(cell.cornerMetres);
     const QString bearing = QString::number(std::lround(cell.cornerBearing) % 360);
     const QString cells = cell.cornerLocators.join(QStringLiteral(", "));
-    QStringList spokenCells;
-    for (const QString &locator : cell.cornerLocators)
-        spokenCells.append(spelledOut(locator).trimmed());
+    const QString spokenCells = spelledList(cell.cornerLocators, QStringLiteral(", "));
     const QString spokenEdges =
         //: Spoken: the distances to the four edges of the locator cell
         //% "Grid position: north edge %1, south edge %2, east edge %3, west edge %4."
@@ -129,7 +133,7 @@ void GridPositionController::refresh()
         //% "Nearest edge %1, at the pole. Nearest corner %2 at %3 degrees, where %4 meet."
         m_accessibilityLabel = spokenEdges + QLatin1Char(' ') +
                                qtTrId("grid-position.nearest-pole-spoken")
-                                   .arg(sideName(side), corner, bearing, spokenCells.join(QStringLiteral(", ")));
+                                   .arg(sideName(side), corner, bearing, spokenCells);
     } else {
         //: The nearest edge of the cell and the cell across it; then the nearest corner, its
         //: distance, its bearing in degrees and the cells that meet there
@@ -139,8 +143,7 @@ void GridPositionController::refresh()
         m_accessibilityLabel =
             spokenEdges + QLatin1Char(' ') +
             qtTrId("grid-position.nearest-spoken")
-                .arg(sideName(side), spelledOut(across).trimmed(), corner, bearing,
-                     spokenCells.join(QStringLiteral(", ")));
+                .arg(sideName(side), spelledOut(across).trimmed(), corner, bearing, spokenCells);
     }
     emit changed();
 }

@@ -20,11 +20,7 @@ QString degreesIn(CoordinateFormat format, Coordinate c)
 {
     CoordinateFormatter formatter;
     formatter.setFormat(format);
-    return formatter.stringFromDegrees(c.latitude, c.latitude < 0 ? QStringLiteral("S")
-                                                                  : QStringLiteral("N")) +
-           QStringLiteral(", ") +
-           formatter.stringFromDegrees(c.longitude, c.longitude < 0 ? QStringLiteral("W")
-                                                                    : QStringLiteral("E"));
+    return formatter.stringFromCoordinate(c);
 }
 
 } // namespace
