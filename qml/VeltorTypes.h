@@ -6,6 +6,7 @@
 #include "ApplicationStateSystem.h"
 #include "CoordinatePanelViewController.h"
 #include "CrossingAlertSettingsViewController.h"
+#include "StationSettingsViewController.h"
 #include "KeyboardClick.h"
 #include "KeypadKey.h"
 #include "LatitudeLongitudeKeypadViewController.h"
@@ -116,6 +117,13 @@ struct CoordinatePanelViewControllerForeign
     Q_GADGET
     QML_FOREIGN(CoordinatePanelViewController)
     QML_NAMED_ELEMENT(CoordinatePanelViewController)
+};
+
+struct StationSettingsViewControllerForeign
+{
+    Q_GADGET
+    QML_FOREIGN(StationSettingsViewController)
+    QML_NAMED_ELEMENT(StationSettingsViewController)
 };
 
 struct CrossingAlertSettingsViewControllerForeign

@@ -16,6 +16,8 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev libhamlib-dev libgeographiclib-dev
     # The end-to-end suite drives the real app through the accessibility bus on a virtual display.
     xvfb xauth xclip dbus dbus-x11 at-spi2-core python3-pyatspi
+    # A real gpsd, fed a receiver's log by gpsfake, for the gpsd tests.
+    gpsd gpsd-clients
     # The install tree's check validates the desktop entry, the AppStream data and the man pages.
     desktop-file-utils appstream man-db groff-base
 )

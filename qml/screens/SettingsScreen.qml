@@ -9,7 +9,7 @@ FocusScope {
     id: screen
 
     readonly property list<Component> pickers: [veltorPicker, coordinatePicker, distancePicker,
-        appearancePicker, crossingPicker]
+        appearancePicker, crossingPicker, stationPicker]
 
     signal dismissRequested()
 
@@ -59,6 +59,10 @@ FocusScope {
         id: crossingPicker
         CrossingAlertPickerScreen {}
     }
+    Component {
+        id: stationPicker
+        StationSettingsScreen {}
+    }
 
     FocusScope {
         id: settingsPage
@@ -84,71 +88,85 @@ FocusScope {
                     onClicked: controller.dismiss()
                 }
             }
-            Rectangle {
+            // Rows scroll on a short screen or a large font.
+            Flickable {
                 Layout.fillWidth: true
-                implicitHeight: rows.implicitHeight
-                color: Theme.dividerColor
-                Column {
-                    id: rows
+                Layout.fillHeight: true
+                contentHeight: rowsBackground.implicitHeight
+                clip: true
+                boundsBehavior: Flickable.StopAtBounds
+                ScrollBar.vertical: ScrollBar {}
+                Rectangle {
+                    id: rowsBackground
                     width: parent.width
-                    spacing: Theme.hairline(Screen.devicePixelRatio)
-                    SettingsRow {
-                        width: rows.width
-                        title: controller.veltorFormatTitle
-                        detail: controller.veltorFormatDetail
-                        detailAccessibilityLabel: controller.veltorFormatAccessibilityLabel
-                        onClicked: controller.showPicker(SettingsViewController.VeltorFormatPicker)
-                    }
-                    SettingsRow {
-                        width: rows.width
-                        title: controller.coordinateFormatTitle
-                        detail: controller.coordinateFormatDetail
-                        detailAccessibilityLabel: controller.coordinateFormatAccessibilityLabel
-                        onClicked: controller.showPicker(SettingsViewController.CoordinateFormatPicker)
-                    }
-                    SettingsRow {
-                        width: rows.width
-                        title: controller.distanceFormatTitle
-                        detail: controller.distanceFormatDetail
-                        detailAccessibilityLabel: controller.distanceFormatDetail
-                        onClicked: controller.showPicker(SettingsViewController.DistanceFormatPicker)
-                    }
-                    SwitchRow {
-                        width: rows.width
-                        title: controller.showGridTitle
-                        checked: controller.showGrid
-                        onClicked: controller.toggleShowGrid()
-                    }
-                    SettingsRow {
-                        width: rows.width
-                        title: controller.appearanceTitle
-                        detail: controller.appearanceDetail
-                        detailAccessibilityLabel: controller.appearanceDetail
-                        onClicked: controller.showPicker(SettingsViewController.AppearancePicker)
-                    }
-                    SwitchRow {
-                        width: rows.width
-                        title: controller.gridPositionTitle
-                        checked: controller.showGridPosition
-                        onClicked: controller.toggleShowGridPosition()
-                    }
-                    SettingsRow {
-                        width: rows.width
-                        title: controller.crossingAlertTitle
-                        detail: controller.crossingAlertDetail
-                        detailAccessibilityLabel: controller.crossingAlertDetail
-                        onClicked: controller.showPicker(SettingsViewController.CrossingAlertPicker)
-                    }
-                    SwitchRow {
-                        width: rows.width
-                        title: controller.speakCrossingsTitle
-                        checked: controller.speakCrossings
-                        onClicked: controller.toggleSpeakCrossings()
+                    implicitHeight: rows.implicitHeight
+                    color: Theme.dividerColor
+                    Column {
+                        id: rows
+                        width: parent.width
+                        spacing: Theme.hairline(Screen.devicePixelRatio)
+                        SettingsRow {
+                            width: rows.width
+                            title: controller.veltorFormatTitle
+                            detail: controller.veltorFormatDetail
+                            detailAccessibilityLabel: controller.veltorFormatAccessibilityLabel
+                            onClicked: controller.showPicker(SettingsViewController.VeltorFormatPicker)
+                        }
+                        SettingsRow {
+                            width: rows.width
+                            title: controller.coordinateFormatTitle
+                            detail: controller.coordinateFormatDetail
+                            detailAccessibilityLabel: controller.coordinateFormatAccessibilityLabel
+                            onClicked: controller.showPicker(SettingsViewController.CoordinateFormatPicker)
+                        }
+                        SettingsRow {
+                            width: rows.width
+                            title: controller.distanceFormatTitle
+                            detail: controller.distanceFormatDetail
+                            detailAccessibilityLabel: controller.distanceFormatDetail
+                            onClicked: controller.showPicker(SettingsViewController.DistanceFormatPicker)
+                        }
+                        SwitchRow {
+                            width: rows.width
+                            title: controller.showGridTitle
+                            checked: controller.showGrid
+                            onClicked: controller.toggleShowGrid()
+                        }
+                        SettingsRow {
+                            width: rows.width
+                            title: controller.appearanceTitle
+                            detail: controller.appearanceDetail
+                            detailAccessibilityLabel: controller.appearanceDetail
+                            onClicked: controller.showPicker(SettingsViewController.AppearancePicker)
+                        }
+                        SwitchRow {
+                            width: rows.width
+                            title: controller.gridPositionTitle
+                            checked: controller.showGridPosition
+                            onClicked: controller.toggleShowGridPosition()
+                        }
+                        SettingsRow {
+                            width: rows.width
+                            title: controller.crossingAlertTitle
+                            detail: controller.crossingAlertDetail
+                            detailAccessibilityLabel: controller.crossingAlertDetail
+                            onClicked: controller.showPicker(SettingsViewController.CrossingAlertPicker)
+                        }
+                        SwitchRow {
+                            width: rows.width
+                            title: controller.speakCrossingsTitle
+                            checked: controller.speakCrossings
+                            onClicked: controller.toggleSpeakCrossings()
+                        }
+                        SettingsRow {
+                            width: rows.width
+                            title: controller.stationTitle
+                            detail: controller.stationDetail
+                            detailAccessibilityLabel: controller.stationDetail
+                            onClicked: controller.showPicker(SettingsViewController.StationPicker)
+                        }
                     }
                 }
-            }
-            Item {
-                Layout.fillHeight: true
             }
         }
     }

@@ -484,5 +484,85 @@
         <extracomment>Spoken: the fix, then the satellites it uses out of those in view</extracomment>
         <translation>%1, %2 de %3 satélites</translation>
     </message>
+    <message id="receiver.reconnecting">
+        <source>GPS source lost · reconnecting…</source>
+        <extracomment>The GPS daemon or the network went away; Veltor keeps trying to reach it</extracomment>
+        <translation>Fuente GPS perdida · reconectando…</translation>
+    </message>
+    <message id="receiver.reconnecting-spoken">
+        <source>GPS source lost, reconnecting</source>
+        <extracomment>Spoken: the GPS daemon or the network went away; Veltor keeps trying to reach it</extracomment>
+        <translation>Fuente GPS perdida, reconectando</translation>
+    </message>
+    <message id="station.title">
+        <source>Station</source>
+        <extracomment>Settings row and screen: where the GPS comes from and which radio programs get the grid</extracomment>
+        <translation>Estación</translation>
+    </message>
+    <message id="station.gps-source">
+        <source>GPS Source</source>
+        <extracomment>Heading of the choice of GPS source</extracomment>
+        <translation>Fuente GPS</translation>
+    </message>
+    <message id="station.gps-source.system">
+        <source>System Positioning</source>
+        <extracomment>GPS source: the operating system&apos;s own positioning service</extracomment>
+        <translation>Ubicación del sistema</translation>
+    </message>
+    <message id="station.gps-source.gpsd">
+        <source>gpsd</source>
+        <extracomment>GPS source: the gpsd daemon (a program name, usually left as it is)</extracomment>
+        <translation>gpsd</translation>
+    </message>
+    <message id="station.address">
+        <source>Host:Port</source>
+        <extracomment>Label and placeholder of a network address field</extracomment>
+        <translation>Host:Puerto</translation>
+    </message>
+    <message id="station.wsjtx">
+        <source>Send Grid to WSJT-X</source>
+        <extracomment>Switch: send the live 6-character locator to WSJT-X</extracomment>
+        <translation>Enviar el locator a WSJT-X</translation>
+    </message>
+    <message id="station.js8call">
+        <source>Send Grid to JS8Call</source>
+        <extracomment>Switch: send the live 6-character locator to JS8Call</extracomment>
+        <translation>Enviar el locator a JS8Call</translation>
+    </message>
+    <message id="station.live-only">
+        <source>The grid is sent only while tracking live, each time it changes.</source>
+        <extracomment>Under the switches: when the grid is sent</extracomment>
+        <translation>El locator solo se envía durante el seguimiento en vivo, cada vez que cambia.</translation>
+    </message>
+    <message id="station.gpsd-address-spoken">
+        <source>gpsd address</source>
+        <extracomment>Spoken name of the gpsd address field</extracomment>
+        <translation>Dirección de gpsd</translation>
+    </message>
+    <message id="station.wsjtx-address-spoken">
+        <source>WSJT-X address</source>
+        <extracomment>Spoken name of the WSJT-X address field</extracomment>
+        <translation>Dirección de WSJT-X</translation>
+    </message>
+    <message id="station.js8call-address-spoken">
+        <source>JS8Call address</source>
+        <extracomment>Spoken name of the JS8Call address field</extracomment>
+        <translation>Dirección de JS8Call</translation>
+    </message>
+    <message id="settings.address.error.form">
+        <source>Write the address as host:port, with an IPv6 address in brackets.</source>
+        <extracomment>Under an address field of the settings when it is not HOST:PORT</extracomment>
+        <translation>Escriba la dirección como host:puerto, con una dirección IPv6 entre corchetes.</translation>
+    </message>
+    <message id="settings.address.error.port">
+        <source>The port must be a number from 1 to 65535.</source>
+        <extracomment>Under an address field of the settings when the port is not a port number</extracomment>
+        <translation>El puerto debe ser un número de 1 a 65535.</translation>
+    </message>
+    <message id="settings.address.error.host">
+        <source>The host must be an IP address or a host name.</source>
+        <extracomment>Under an address field of the settings when the part before the port is no host</extracomment>
+        <translation>El host debe ser una dirección IP o un nombre de host.</translation>
+    </message>
 </context>
 </TS>

@@ -484,5 +484,85 @@
         <extracomment>Spoken: the fix, then the satellites it uses out of those in view</extracomment>
         <translation>%1, %2 di %3 satelliti</translation>
     </message>
+    <message id="receiver.reconnecting">
+        <source>GPS source lost · reconnecting…</source>
+        <extracomment>The GPS daemon or the network went away; Veltor keeps trying to reach it</extracomment>
+        <translation>Sorgente GPS persa · riconnessione…</translation>
+    </message>
+    <message id="receiver.reconnecting-spoken">
+        <source>GPS source lost, reconnecting</source>
+        <extracomment>Spoken: the GPS daemon or the network went away; Veltor keeps trying to reach it</extracomment>
+        <translation>Sorgente GPS persa, riconnessione</translation>
+    </message>
+    <message id="station.title">
+        <source>Station</source>
+        <extracomment>Settings row and screen: where the GPS comes from and which radio programs get the grid</extracomment>
+        <translation>Stazione</translation>
+    </message>
+    <message id="station.gps-source">
+        <source>GPS Source</source>
+        <extracomment>Heading of the choice of GPS source</extracomment>
+        <translation>Sorgente GPS</translation>
+    </message>
+    <message id="station.gps-source.system">
+        <source>System Positioning</source>
+        <extracomment>GPS source: the operating system&apos;s own positioning service</extracomment>
+        <translation>Posizione di sistema</translation>
+    </message>
+    <message id="station.gps-source.gpsd">
+        <source>gpsd</source>
+        <extracomment>GPS source: the gpsd daemon (a program name, usually left as it is)</extracomment>
+        <translation>gpsd</translation>
+    </message>
+    <message id="station.address">
+        <source>Host:Port</source>
+        <extracomment>Label and placeholder of a network address field</extracomment>
+        <translation>Host:Porta</translation>
+    </message>
+    <message id="station.wsjtx">
+        <source>Send Grid to WSJT-X</source>
+        <extracomment>Switch: send the live 6-character locator to WSJT-X</extracomment>
+        <translation>Invia il locatore a WSJT-X</translation>
+    </message>
+    <message id="station.js8call">
+        <source>Send Grid to JS8Call</source>
+        <extracomment>Switch: send the live 6-character locator to JS8Call</extracomment>
+        <translation>Invia il locatore a JS8Call</translation>
+    </message>
+    <message id="station.live-only">
+        <source>The grid is sent only while tracking live, each time it changes.</source>
+        <extracomment>Under the switches: when the grid is sent</extracomment>
+        <translation>Il locatore viene inviato solo durante il tracciamento dal vivo, ogni volta che cambia.</translation>
+    </message>
+    <message id="station.gpsd-address-spoken">
+        <source>gpsd address</source>
+        <extracomment>Spoken name of the gpsd address field</extracomment>
+        <translation>Indirizzo di gpsd</translation>
+    </message>
+    <message id="station.wsjtx-address-spoken">
+        <source>WSJT-X address</source>
+        <extracomment>Spoken name of the WSJT-X address field</extracomment>
+        <translation>Indirizzo di WSJT-X</translation>
+    </message>
+    <message id="station.js8call-address-spoken">
+        <source>JS8Call address</source>
+        <extracomment>Spoken name of the JS8Call address field</extracomment>
+        <translation>Indirizzo di JS8Call</translation>
+    </message>
+    <message id="settings.address.error.form">
+        <source>Write the address as host:port, with an IPv6 address in brackets.</source>
+        <extracomment>Under an address field of the settings when it is not HOST:PORT</extracomment>
+        <translation>Scrivi l’indirizzo come host:porta, con un indirizzo IPv6 tra parentesi quadre.</translation>
+    </message>
+    <message id="settings.address.error.port">
+        <source>The port must be a number from 1 to 65535.</source>
+        <extracomment>Under an address field of the settings when the port is not a port number</extracomment>
+        <translation>La porta deve essere un numero da 1 a 65535.</translation>
+    </message>
+    <message id="settings.address.error.host">
+        <source>The host must be an IP address or a host name.</source>
+        <extracomment>Under an address field of the settings when the part before the port is no host</extracomment>
+        <translation>L’host deve essere un indirizzo IP o un nome host.</translation>
+    </message>
 </context>
 </TS>

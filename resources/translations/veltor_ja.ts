@@ -482,5 +482,85 @@
         <extracomment>Spoken: the fix, then the satellites it uses out of those in view</extracomment>
         <translation>%1、衛星 %3 機中 %2 機</translation>
     </message>
+    <message id="receiver.reconnecting">
+        <source>GPS source lost · reconnecting…</source>
+        <extracomment>The GPS daemon or the network went away; Veltor keeps trying to reach it</extracomment>
+        <translation>GPSソース切断 · 再接続中…</translation>
+    </message>
+    <message id="receiver.reconnecting-spoken">
+        <source>GPS source lost, reconnecting</source>
+        <extracomment>Spoken: the GPS daemon or the network went away; Veltor keeps trying to reach it</extracomment>
+        <translation>GPSソース切断、再接続中</translation>
+    </message>
+    <message id="station.title">
+        <source>Station</source>
+        <extracomment>Settings row and screen: where the GPS comes from and which radio programs get the grid</extracomment>
+        <translation>局</translation>
+    </message>
+    <message id="station.gps-source">
+        <source>GPS Source</source>
+        <extracomment>Heading of the choice of GPS source</extracomment>
+        <translation>GPSソース</translation>
+    </message>
+    <message id="station.gps-source.system">
+        <source>System Positioning</source>
+        <extracomment>GPS source: the operating system&apos;s own positioning service</extracomment>
+        <translation>システムの位置情報</translation>
+    </message>
+    <message id="station.gps-source.gpsd">
+        <source>gpsd</source>
+        <extracomment>GPS source: the gpsd daemon (a program name, usually left as it is)</extracomment>
+        <translation>gpsd</translation>
+    </message>
+    <message id="station.address">
+        <source>Host:Port</source>
+        <extracomment>Label and placeholder of a network address field</extracomment>
+        <translation>ホスト:ポート</translation>
+    </message>
+    <message id="station.wsjtx">
+        <source>Send Grid to WSJT-X</source>
+        <extracomment>Switch: send the live 6-character locator to WSJT-X</extracomment>
+        <translation>グリッドをWSJT-Xに送信</translation>
+    </message>
+    <message id="station.js8call">
+        <source>Send Grid to JS8Call</source>
+        <extracomment>Switch: send the live 6-character locator to JS8Call</extracomment>
+        <translation>グリッドをJS8Callに送信</translation>
+    </message>
+    <message id="station.live-only">
+        <source>The grid is sent only while tracking live, each time it changes.</source>
+        <extracomment>Under the switches: when the grid is sent</extracomment>
+        <translation>グリッドはライブ追跡中のみ、変わるたびに送信されます。</translation>
+    </message>
+    <message id="station.gpsd-address-spoken">
+        <source>gpsd address</source>
+        <extracomment>Spoken name of the gpsd address field</extracomment>
+        <translation>gpsdのアドレス</translation>
+    </message>
+    <message id="station.wsjtx-address-spoken">
+        <source>WSJT-X address</source>
+        <extracomment>Spoken name of the WSJT-X address field</extracomment>
+        <translation>WSJT-Xのアドレス</translation>
+    </message>
+    <message id="station.js8call-address-spoken">
+        <source>JS8Call address</source>
+        <extracomment>Spoken name of the JS8Call address field</extracomment>
+        <translation>JS8Callのアドレス</translation>
+    </message>
+    <message id="settings.address.error.form">
+        <source>Write the address as host:port, with an IPv6 address in brackets.</source>
+        <extracomment>Under an address field of the settings when it is not HOST:PORT</extracomment>
+        <translation>アドレスは ホスト:ポート の形で入力してください（IPv6アドレスは角かっこで囲みます）。</translation>
+    </message>
+    <message id="settings.address.error.port">
+        <source>The port must be a number from 1 to 65535.</source>
+        <extracomment>Under an address field of the settings when the port is not a port number</extracomment>
+        <translation>ポートは1から65535までの数値にしてください。</translation>
+    </message>
+    <message id="settings.address.error.host">
+        <source>The host must be an IP address or a host name.</source>
+        <extracomment>Under an address field of the settings when the part before the port is no host</extracomment>
+        <translation>ホストはIPアドレスかホスト名にしてください。</translation>
+    </message>
 </context>
 </TS>

@@ -45,9 +45,10 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
         QStringLiteral("FILE"));
     const QCommandLineOption gpsOption(
         QStringLiteral("gps"),
-        QStringLiteral("Read NMEA from SOURCE: a serial device (/dev/ttyUSB0[@BAUD]), a TCP "
-                       "feed (HOST:PORT) or a log file replayed in real time. Without it the "
-                       "system's positioning service is used."),
+        QStringLiteral("Read positions from SOURCE: gpsd (gpsd or gpsd://HOST[:PORT]), NMEA "
+                       "from a serial device (/dev/ttyUSB0[@BAUD]), a TCP feed (HOST:PORT) or a "
+                       "log file replayed in real time. Without it the settings' GPS source is "
+                       "used, the system's positioning service unless changed."),
         QStringLiteral("SOURCE"));
     const QCommandLineOption trackOption(QStringLiteral("track"),
                                          QStringLiteral("Begin tracking at launch."));

@@ -2,6 +2,7 @@
 
 #include "AppCommandLine.h"
 #include "GridCrossingAlert.h"
+#include "StationGridPublisher.h"
 #include "Localization.h"
 #include "QuitSignalWatcher.h"
 
@@ -36,5 +37,6 @@ private:
     QuitSignalWatcher m_quitSignals;
     // Made once the shared systems read the right settings file.
     std::unique_ptr<GridCrossingAlert> m_crossingAlert;
+    std::unique_ptr<StationGridPublisher> m_gridPublisher;
     std::unique_ptr<QQmlApplicationEngine> m_engine;
 };

@@ -1,5 +1,6 @@
 #include "LocateCommand.h"
 
+#include "AdifRewriter.h"
 #include "ContestDistance.h"
 #include "CoordinateFormatter.h"
 #include "DoubleValue.h"
@@ -9,10 +10,12 @@
 
 #include <QString>
 
+#include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <memory>
 
 namespace {
 
@@ -32,6 +35,13 @@ std::string_view trimmed(std::string_view text)
     while (!text.empty() && isBlank(text.back()))
         text.remove_suffix(1);
     return text;
+}
+
+// "-33.9,18.4" is a query, not an option.
+bool looksLikeOption(std::string_view argument)
+{
+    return argument.size() > 1 && argument[0] == '-' &&
+           !(argument[1] == '.' || (argument[1] >= '0' && argument[1] <= '9'));
 }
 
 bool hasNotationMarks(std::string_view text)
@@ -149,6 +159,8 @@ const char *LocateCommand::usage()
 {
     return "Usage: veltor-locate [--chars 2|4|6|8] [--notation dms|ddm|dd] [--lenient]\n"
            "                     [--from LOCATOR|LAT,LON [--contest]] [QUERY ...]\n"
+           "       veltor-locate --adif [FILE] [--chars 2|4|6|8]\n"
+           "                     [--from LOCATOR|LAT,LON [--contest]]\n"
            "\n"
            "Converts coordinates and grid locators. A QUERY with a comma is a coordinate\n"
            "\"LAT,LON\" in decimal degrees or in the app's notation (51° 30′ 0″ N, 0° 6′ 0″ W);\n"
@@ -159,7 +171,12 @@ const char *LocateCommand::usage()
            "the longitude as text, then latitude and longitude as decimal numbers; with --from,\n"
            "then the distance and the bearing.\n"
            "\n"
-           "  --chars N       locator length: 2, 4, 6 or 8 (default 8)\n"
+           "With --adif, the ADIF log (.adi) in FILE, or on standard input when FILE is absent\n"
+           "or -, is copied to standard output byte for byte, each record gaining the\n"
+           "GRIDSQUARE, LAT and LON it lacks (from the others), the same for MY_GRIDSQUARE,\n"
+           "MY_LAT and MY_LON, and with --from the DISTANCE in km to the contacted station.\n"
+           "\n"
+           "  --chars N       locator length: 2, 4, 6 or 8 (default 8; 6 with --adif)\n"
            "  --notation N    dms (51° 30′ 0″ N), ddm (51° 30.0000′ N) or dd (51.5000° N);\n"
            "                  default dms\n"
            "  --from POINT    add the distance in km and the initial bearing in degrees\n"
@@ -168,14 +185,15 @@ const char *LocateCommand::usage()
            "  --contest       with --from: the distance as IARU Region 1 VHF contests\n"
            "                  score it (centres of the 6-character locators, 111.2 km per\n"
            "                  degree, whole km plus 1)\n"
+           "  --adif [FILE]   rewrite the ADIF log in FILE or on standard input\n"
            "  --lenient       read every query as the app does, without checks: numbers by\n"
            "                  their longest numeric prefix, locators up to the first character\n"
            "                  that cannot belong there\n"
            "  --help          show this text\n"
            "  --version       show the version\n"
            "\n"
-           "Exit status: 0 when every query converted, 1 when some could not, 2 on a usage "
-           "error.\n";
+           "Exit status: 0 when every query converted (or every record was read), 1 when some\n"
+           "could not, 2 on a usage error.\n";
 }
 
 std::optional<LocateCommand::Options>
@@ -184,12 +202,10 @@ LocateCommand::parseArguments(const std::vector<std::string_view> &arguments, st
     Options options;
     std::optional<std::string_view> fromQuery;
     bool optionsEnded = false;
+    bool notationGiven = false;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         std::string_view argument = arguments[i];
-        // "-33.9,18.4" is a query, not an option.
-        const bool looksLikeOption = argument.size() > 1 && argument[0] == '-' &&
-                                     !(argument[1] == '.' || (argument[1] >= '0' && argument[1] <= '9'));
-        if (optionsEnded || !looksLikeOption) {
+        if (optionsEnded || !looksLikeOption(argument)) {
             options.queries.emplace_back(argument);
             continue;
         }
@@ -213,6 +229,18 @@ LocateCommand::parseArguments(const std::vector<std::string_view> &arguments, st
             options.lenient = true;
             continue;
         }
+        if (argument == "--adif") {
+            // FILE is optional: the next argument is it unless it is an option ("-" is a file).
+            const bool fileFollows =
+                i + 1 < arguments.size() &&
+                (arguments[i + 1] == "-" || !looksLikeOption(arguments[i + 1]));
+            options.adif = fileFollows ? std::string(arguments[++i]) : std::string();
+            continue;
+        }
+        if (argument.starts_with("--adif=")) {
+            options.adif = std::string(argument.substr(7));
+            continue;
+        }
         std::string_view name = argument;
         std::optional<std::string_view> value;
         if (const std::size_t equals = argument.find('='); equals != std::string_view::npos) {
@@ -233,6 +261,7 @@ LocateCommand::parseArguments(const std::vector<std::string_view> &arguments, st
         if (name == "--from") {
             fromQuery = *value;
         } else if (name == "--chars") {
+            options.charsGiven = true;
             bool known = false;
             for (int k = 0; k < 4; ++k) {
                 if (*value == precisionName(k)) {
@@ -244,14 +273,27 @@ LocateCommand::parseArguments(const std::vector<std::string_view> &arguments, st
                 *error = "--chars takes 2, 4, 6 or 8, not " + std::string(*value);
                 return std::nullopt;
             }
-        } else if (*value == "dms") {
-            options.notation = CoordinateFormat::DegreesMinutesSeconds;
-        } else if (*value == "ddm") {
-            options.notation = CoordinateFormat::DegreesDecimalMinutes;
-        } else if (*value == "dd") {
-            options.notation = CoordinateFormat::DecimalDegrees;
         } else {
-            *error = "--notation takes dms, ddm or dd, not " + std::string(*value);
+            notationGiven = true;
+            if (*value == "dms") {
+                options.notation = CoordinateFormat::DegreesMinutesSeconds;
+            } else if (*value == "ddm") {
+                options.notation = CoordinateFormat::DegreesDecimalMinutes;
+            } else if (*value == "dd") {
+                options.notation = CoordinateFormat::DecimalDegrees;
+            } else {
+                *error = "--notation takes dms, ddm or dd, not " + std::string(*value);
+                return std::nullopt;
+            }
+        }
+    }
+    if (options.adif) {
+        const std::string unused = !options.queries.empty() ? "QUERY " + options.queries.front()
+                                   : notationGiven          ? "--notation"
+                                   : options.lenient        ? "--lenient"
+                                                            : "";
+        if (!unused.empty()) {
+            *error = unused + " cannot go with --adif";
             return std::nullopt;
         }
     }
@@ -374,28 +416,32 @@ std::optional<Coordinate> LocateCommand::coordinatePoint(std::string_view query,
     return Coordinate{*latitude, *longitude};
 }
 
+std::optional<Coordinate> LocateCommand::strictLocatorPoint(std::string_view locator,
+                                                           std::string &error)
+{
+    if (locator.size() < 2 || locator.size() > 12 || locator.size() % 2 != 0) {
+        error += "a grid locator has 2, 4, 6, 8, 10 or 12 characters";
+        return std::nullopt;
+    }
+    for (std::size_t i = 0; i < locator.size(); ++i) {
+        const char c = locator[i];
+        const char upper = (c >= 'a' && c <= 'z') ? char(c - 'a' + 'A') : c;
+        const std::size_t pair = i / 2;
+        const bool ok = pair % 2 == 1 ? (c >= '0' && c <= '9')
+                                      : (upper >= 'A' && upper <= (pair == 0 ? 'R' : 'X'));
+        if (!ok) {
+            error += "character " + std::to_string(i + 1) + " must be ";
+            error += pair % 2 == 1 ? "a digit 0-9" : (pair == 0 ? "a letter A-R" : "a letter A-X");
+            return std::nullopt;
+        }
+    }
+    return VeltorFormatter::decode(locator);
+}
+
 std::optional<Coordinate> LocateCommand::locatorPoint(std::string_view query,
                                                      std::string &error) const
 {
-    if (!m_options.lenient) {
-        if (query.size() < 2 || query.size() > 12 || query.size() % 2 != 0) {
-            error += "a grid locator has 2, 4, 6, 8, 10 or 12 characters";
-            return std::nullopt;
-        }
-        for (std::size_t i = 0; i < query.size(); ++i) {
-            const char c = query[i];
-            const char upper = (c >= 'a' && c <= 'z') ? char(c - 'a' + 'A') : c;
-            const std::size_t pair = i / 2;
-            const bool ok = pair % 2 == 1 ? (c >= '0' && c <= '9')
-                                          : (upper >= 'A' && upper <= (pair == 0 ? 'R' : 'X'));
-            if (!ok) {
-                error += "character " + std::to_string(i + 1) + " must be ";
-                error += pair % 2 == 1 ? "a digit 0-9" : (pair == 0 ? "a letter A-R" : "a letter A-X");
-                return std::nullopt;
-            }
-        }
-    }
-    return VeltorFormatter::decode(query);
+    return m_options.lenient ? VeltorFormatter::decode(query) : strictLocatorPoint(query, error);
 }
 
 std::optional<Coordinate> LocateCommand::pointOf(std::string_view query, std::string &error) const
@@ -428,6 +474,20 @@ int LocateCommand::run(std::FILE *input, std::FILE *output, std::FILE *errors) c
     if (m_options.version) {
         std::fputs("veltor-locate " VELTOR_VERSION "\n", output);
         return Success;
+    }
+    if (m_options.adif) {
+        const std::string &file = *m_options.adif;
+        AdifRewriter rewriter(m_options);
+        if (file.empty() || file == "-")
+            return rewriter.run(input, output, errors);
+        const std::unique_ptr<std::FILE, int (*)(std::FILE *)> log(std::fopen(file.c_str(), "rb"),
+                                                                  std::fclose);
+        if (!log) {
+            std::fprintf(errors, "veltor-locate: cannot read %s: %s\n", file.c_str(),
+                         std::strerror(errno));
+            return QueryError;
+        }
+        return rewriter.run(log.get(), output, errors);
     }
     std::string out;
     std::string error;

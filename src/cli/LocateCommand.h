@@ -18,6 +18,8 @@ public:
     struct Options
     {
         VeltorFormat chars = VeltorFormat::EightCharacters;
+        // --chars was given; --adif writes 6 characters otherwise.
+        bool charsGiven = false;
         CoordinateFormat notation = CoordinateFormat::DegreesMinutesSeconds;
         bool lenient = false;
         bool help = false;
@@ -27,6 +29,8 @@ public:
         // --contest: that distance as IARU Region 1 VHF contests score it.
         bool contest = false;
         std::vector<std::string> queries;
+        // --adif: rewrite the ADIF log in this file ("" or "-" for standard input) instead.
+        std::optional<std::string> adif;
     };
 
     enum ExitStatus { Success = 0, QueryError = 1, UsageError = 2 };
@@ -38,10 +42,15 @@ public:
 
     explicit LocateCommand(Options options);
 
+    // The centre of a well-formed locator of 2 to 12 characters, any case; else says why.
+    static std::optional<Coordinate> strictLocatorPoint(std::string_view locator,
+                                                        std::string &error);
+
     // Converts one query: appends its output line to out, or its error line to error.
     bool convert(std::string_view query, std::string &out, std::string &error) const;
 
-    // Runs the queries of the command line, or every line of input when there are none.
+    // Runs the queries of the command line, or every line of input when there are none, or
+    // rewrites the ADIF log.
     int run(std::FILE *input, std::FILE *output, std::FILE *errors) const;
 
 private:

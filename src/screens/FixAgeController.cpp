@@ -44,7 +44,15 @@ void FixAgeController::refreshReceiver()
     m_receiverText.clear();
     m_receiverAccessibilityLabel.clear();
     const ReceiverStatus status = m_receiver ? m_receiver->receiverStatus() : ReceiverStatus();
-    if (m_state.coordinateIsLiveTracked() && status.fixMode != ReceiverStatus::Unknown) {
+    // Only a running source reconnects, so this shows from the first try, before any fix.
+    if (status.reconnecting) {
+        //: The GPS daemon or the network went away; Veltor keeps trying to reach it
+        //% "GPS source lost · reconnecting…"
+        m_receiverText = qtTrId("receiver.reconnecting");
+        //: Spoken: the GPS daemon or the network went away; Veltor keeps trying to reach it
+        //% "GPS source lost, reconnecting"
+        m_receiverAccessibilityLabel = qtTrId("receiver.reconnecting-spoken");
+    } else if (m_state.coordinateIsLiveTracked() && status.fixMode != ReceiverStatus::Unknown) {
         QString mode;
         switch (status.fixMode) {
         case ReceiverStatus::NoFix:

@@ -6,6 +6,7 @@
 #include "CrossingAlertSettingsViewController.h"
 #include "DistanceFormatSettingsViewController.h"
 #include "PreferencesSystem.h"
+#include "StationSettingsViewController.h"
 #include "VeltorFormatSettingsViewController.h"
 #include "VeltorFormatter.h"
 
@@ -31,6 +32,10 @@ SettingsViewController::SettingsViewController(PreferencesSystem &preferences, Q
                                  &m_preferences, reload, center);
     m_crossingAlertObserver.emplace(QString(PreferencesSystemCrossingAlertDidChangeNotification),
                                     &m_preferences, reload, center);
+    m_gpsSourceObserver.emplace(QString(PreferencesSystemGpsSourceDidChangeNotification),
+                                &m_preferences, reload, center);
+    m_stationGridObserver.emplace(QString(PreferencesSystemStationGridDidChangeNotification),
+                                  &m_preferences, reload, center);
     reloadRows();
 }
 
@@ -51,6 +56,7 @@ void SettingsViewController::reloadRows()
     m_appearanceDetail = AppearanceSettingsViewController::name(m_preferences.appearance());
     m_crossingAlertDetail = CrossingAlertSettingsViewController::name(m_preferences.crossingAlert());
     m_speakCrossings = m_preferences.speakCrossings();
+    m_stationDetail = StationSettingsViewController::summary(m_preferences);
     emit rowsChanged();
 }
 
@@ -139,4 +145,9 @@ QString SettingsViewController::showGridTitle()
     //: Row of the switch that shows or hides the locator grid on the map
     //% "Show grid"
     return qtTrId("settings.show-grid");
+}
+
+QString SettingsViewController::stationTitle()
+{
+    return StationSettingsViewController::title();
 }

@@ -38,6 +38,8 @@ class SettingsViewController : public QObject
     Q_PROPERTY(QString crossingAlertDetail READ crossingAlertDetail NOTIFY rowsChanged)
     Q_PROPERTY(QString speakCrossingsTitle READ speakCrossingsTitle CONSTANT)
     Q_PROPERTY(bool speakCrossings READ speakCrossings NOTIFY rowsChanged)
+    Q_PROPERTY(QString stationTitle READ stationTitle CONSTANT)
+    Q_PROPERTY(QString stationDetail READ stationDetail NOTIFY rowsChanged)
 
 public:
     enum Picker
@@ -46,7 +48,8 @@ public:
         CoordinateFormatPicker,
         DistanceFormatPicker,
         AppearancePicker,
-        CrossingAlertPicker
+        CrossingAlertPicker,
+        StationPicker
     };
     Q_ENUM(Picker)
 
@@ -65,6 +68,8 @@ public:
     static QString gridPositionTitle();
     static QString crossingAlertTitle();
     static QString speakCrossingsTitle();
+    static QString stationTitle();
+    QString stationDetail() const { return m_stationDetail; }
     QString veltorFormatDetail() const { return m_veltorFormatDetail; }
     QString veltorFormatAccessibilityLabel() const { return m_veltorFormatAccessibilityLabel; }
     QString coordinateFormatDetail() const { return m_coordinateFormatDetail; }
@@ -99,6 +104,8 @@ private:
     std::optional<NotificationObserver> m_distanceFormatObserver;
     std::optional<NotificationObserver> m_appearanceObserver;
     std::optional<NotificationObserver> m_crossingAlertObserver;
+    std::optional<NotificationObserver> m_gpsSourceObserver;
+    std::optional<NotificationObserver> m_stationGridObserver;
     QString m_veltorFormatDetail;
     QString m_veltorFormatAccessibilityLabel;
     QString m_coordinateFormatDetail;
@@ -106,6 +113,7 @@ private:
     QString m_distanceFormatDetail;
     QString m_appearanceDetail;
     QString m_crossingAlertDetail;
+    QString m_stationDetail;
     bool m_speakCrossings = true;
     bool m_showGrid;
     bool m_showGridPosition;

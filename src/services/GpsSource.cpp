@@ -28,6 +28,33 @@ GpsSource GpsSource::invalid(const QString &error)
     return source;
 }
 
+GpsSource GpsSource::gpsd(const QString &trimmed)
+{
+    GpsSource source;
+    source.m_kind = Kind::Gpsd;
+    source.m_error.clear();
+    source.m_host = QStringLiteral("127.0.0.1");
+    source.m_port = defaultGpsdPort;
+    if (trimmed.size() == 4)
+        return source;
+    // The port may be left out: gpsd nearly always listens on its own.
+    static const QRegularExpression address(QStringLiteral(
+        "^(?:\\[([0-9A-Fa-f:.]+)\\]|([A-Za-z0-9](?:[A-Za-z0-9.-]*[A-Za-z0-9])?))(?::([0-9]+))?$"));
+    const QRegularExpressionMatch match = address.match(trimmed.mid(7));
+    if (!match.hasMatch())
+        return invalid(QStringLiteral("\"%1\" is not gpsd://HOST:PORT.").arg(trimmed));
+    source.m_host = match.hasCaptured(1) ? match.captured(1) : match.captured(2);
+    if (match.hasCaptured(3)) {
+        bool ok = false;
+        const uint port = match.captured(3).toUInt(&ok);
+        if (!ok || port == 0 || port > 65535)
+            return invalid(QStringLiteral("Port %1 of \"%2\" is out of range (1-65535).")
+                               .arg(match.captured(3), trimmed));
+        source.m_port = quint16(port);
+    }
+    return source;
+}
+
 GpsSource GpsSource::parse(const QString &text)
 {
     const QString trimmed = text.trimmed();
@@ -59,6 +86,10 @@ GpsSource GpsSource::parse(const QString &text)
         source.m_baudRate = baudRate;
         return source;
     }
+
+    if (trimmed.compare(QLatin1String("gpsd"), Qt::CaseInsensitive) == 0 ||
+        trimmed.startsWith(QLatin1String("gpsd://"), Qt::CaseInsensitive))
+        return gpsd(trimmed);
 
     // A bracketed IPv6 address or a host name / IPv4 address, then the port.
     static const QRegularExpression hostPort(QStringLiteral(
@@ -99,6 +130,11 @@ QString GpsSource::description() const
     case Kind::SerialPort:
     case Kind::NmeaLog:
         return m_path;
+    case Kind::Gpsd:
+        return (m_host.contains(QLatin1Char(':')) ? QStringLiteral("gpsd://[%1]:%2")
+                                                  : QStringLiteral("gpsd://%1:%2"))
+            .arg(m_host)
+            .arg(m_port);
     case Kind::TcpSocket:
         return (m_host.contains(QLatin1Char(':')) ? QStringLiteral("[%1]:%2")
                                                   : QStringLiteral("%1:%2"))

@@ -8,6 +8,7 @@
 //   localhost:10110 or [::1]:10110      a TCP stream of NMEA lines (gpsd relay, phone app);
 //                                       "tcp://" in front is allowed
 //   track.nmea or ./logs/walk.log       a recorded NMEA log, replayed at its own pace
+//   gpsd or gpsd://HOST[:PORT]          the gpsd daemon that shares the station's GPS
 // Anything that is not a /dev/ path or HOST:PORT is taken as a log file; write ./name:1 for a
 // log whose name looks like HOST:PORT.
 class GpsSource
@@ -18,11 +19,14 @@ public:
         Invalid,
         SerialPort,
         TcpSocket,
-        NmeaLog
+        NmeaLog,
+        Gpsd
     };
 
     // The rate NMEA 0183 itself prescribes; receivers set faster need @RATE.
     static constexpr qint32 defaultBaudRate = 4800;
+    // gpsd's registered port.
+    static constexpr quint16 defaultGpsdPort = 2947;
 
     GpsSource() = default;
     static GpsSource parse(const QString &text);
@@ -45,6 +49,7 @@ public:
 
 private:
     static GpsSource invalid(const QString &error);
+    static GpsSource gpsd(const QString &trimmed);
 
     Kind m_kind = Kind::Invalid;
     QString m_error = QStringLiteral("No GPS source given.");

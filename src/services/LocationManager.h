@@ -27,6 +27,8 @@ struct ReceiverStatus
     FixMode fixMode = Unknown;
     int satellitesUsed = -1;   // -1: not reported
     int satellitesInView = -1; // -1: not reported
+    // The source (a daemon across the network) is gone for now and is being reached again.
+    bool reconnecting = false;
 
     friend bool operator==(const ReceiverStatus &, const ReceiverStatus &) = default;
 };

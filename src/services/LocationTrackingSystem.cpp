@@ -2,7 +2,11 @@
 
 #include "ApplicationStateSystem.h"
 #include "GpsSource.h"
+#include "GpsdLocationManager.h"
+#include "NotificationObserver.h"
 #include "PositioningLocationManager.h"
+#include "PreferencesSystem.h"
+#include "SwitchableLocationManager.h"
 
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -21,6 +25,12 @@ bool &sharedCreated()
 {
     static bool created = false;
     return created;
+}
+
+bool &sharedSourceGiven()
+{
+    static bool given = false;
+    return given;
 }
 
 } // namespace
@@ -46,15 +56,32 @@ LocationTrackingSystem::LocationTrackingSystem(LocationManager &manager,
     }
 }
 
+std::unique_ptr<LocationManager> LocationTrackingSystem::createLocationManager(const QString &source)
+{
+    if (source.isEmpty())
+        return std::make_unique<PositioningLocationManager>();
+    const GpsSource gpsSource = GpsSource::parse(source);
+    if (gpsSource.kind() == GpsSource::Kind::Gpsd)
+        return std::make_unique<GpsdLocationManager>(gpsSource.host(), gpsSource.port());
+    return std::make_unique<PositioningLocationManager>(gpsSource);
+}
+
 LocationTrackingSystem &LocationTrackingSystem::sharedSystem()
 {
     static LocationTrackingSystem *const instance = [] {
         sharedCreated() = true;
-        const QString &source = sharedSource();
-        auto *manager = source.isEmpty() ? new PositioningLocationManager
-                                         : new PositioningLocationManager(GpsSource::parse(source));
+        PreferencesSystem &preferences = PreferencesSystem::sharedSystem();
+        // The command line decides for this run, until the user picks a source in the settings.
+        const QString source = sharedSourceGiven() ? sharedSource() : preferences.gpsSource();
+        auto *manager = new SwitchableLocationManager(&createLocationManager, source);
         auto *system = new LocationTrackingSystem(*manager, ApplicationStateSystem::sharedSystem());
         manager->setParent(system);
+        system->m_sourcePreference.emplace(
+            QString(PreferencesSystemGpsSourceDidChangeNotification), &preferences,
+            [manager, &preferences](const QString &, const QObject *) {
+                manager->setSource(preferences.gpsSource());
+            },
+            preferences.notificationCenter());
         return system;
     }();
     return *instance;
@@ -65,6 +92,7 @@ bool LocationTrackingSystem::setSharedSource(const QString &gpsSource)
     if (sharedCreated() || (!gpsSource.isEmpty() && !GpsSource::parse(gpsSource).isValid()))
         return false;
     sharedSource() = gpsSource;
+    sharedSourceGiven() = true;
     return true;
 }
 

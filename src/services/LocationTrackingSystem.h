@@ -1,10 +1,12 @@
 #pragma once
 
 #include "LocationManager.h"
+#include "NotificationObserver.h"
 
 #include <QObject>
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 class ApplicationStateSystem;
@@ -21,8 +23,11 @@ public:
     LocationTrackingSystem(LocationManager &manager, ApplicationStateSystem &state,
                            QObject *parent = nullptr);
 
-    // Created on first use over Qt Positioning and the shared app state; never destroyed.
+    // Created on first use over the shared app state and the GPS source of the command line or
+    // of the settings, which it follows from then on; never destroyed.
     static LocationTrackingSystem &sharedSystem();
+    // The manager for a GPS source as GpsSource reads it; empty for the platform's service.
+    static std::unique_ptr<LocationManager> createLocationManager(const QString &source);
     // The GPS source (see GpsSource) of the shared system, empty for the platform's service.
     // Only before first use, and only a usable source: false otherwise, changing nothing.
     static bool setSharedSource(const QString &gpsSource);
@@ -53,4 +58,5 @@ private:
     LocationManager &m_manager;
     ApplicationStateSystem &m_state;
     bool m_tracking = false;
+    std::optional<NotificationObserver> m_sourcePreference;
 };

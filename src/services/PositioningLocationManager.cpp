@@ -251,6 +251,8 @@ void PositioningLocationManager::startNmea()
     case GpsSource::Kind::NmeaLog:
         openLog(*nmea);
         break;
+    // gpsd speaks JSON, not NMEA: GpsdLocationManager reads it.
+    case GpsSource::Kind::Gpsd:
     case GpsSource::Kind::Invalid:
         break;
     }

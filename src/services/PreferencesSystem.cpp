@@ -126,3 +126,56 @@ void PreferencesSystem::setSpeakCrossings(bool speak)
 {
     writeBool(speak, speakCrossingsKey, PreferencesSystemCrossingAlertDidChangeNotification);
 }
+
+QString PreferencesSystem::gpsSource() const
+{
+    return m_defaults.stringForKey(gpsSourceKey).value_or(QString()).trimmed();
+}
+
+void PreferencesSystem::setGpsSource(const QString &source)
+{
+    writeString(source.trimmed(), gpsSourceKey, PreferencesSystemGpsSourceDidChangeNotification);
+}
+
+bool PreferencesSystem::sendGridToWsjtx() const
+{
+    return m_defaults.boolForKey(wsjtxKey);
+}
+
+void PreferencesSystem::setSendGridToWsjtx(bool send)
+{
+    writeBool(send, wsjtxKey, PreferencesSystemStationGridDidChangeNotification);
+}
+
+QString PreferencesSystem::wsjtxAddress() const
+{
+    const QString stored = m_defaults.stringForKey(wsjtxAddressKey).value_or(QString()).trimmed();
+    return stored.isEmpty() ? QString(defaultWsjtxAddress) : stored;
+}
+
+void PreferencesSystem::setWsjtxAddress(const QString &address)
+{
+    writeString(address.trimmed(), wsjtxAddressKey, PreferencesSystemStationGridDidChangeNotification);
+}
+
+bool PreferencesSystem::sendGridToJs8Call() const
+{
+    return m_defaults.boolForKey(js8CallKey);
+}
+
+void PreferencesSystem::setSendGridToJs8Call(bool send)
+{
+    writeBool(send, js8CallKey, PreferencesSystemStationGridDidChangeNotification);
+}
+
+QString PreferencesSystem::js8CallAddress() const
+{
+    const QString stored = m_defaults.stringForKey(js8CallAddressKey).value_or(QString()).trimmed();
+    return stored.isEmpty() ? QString(defaultJs8CallAddress) : stored;
+}
+
+void PreferencesSystem::setJs8CallAddress(const QString &address)
+{
+    writeString(address.trimmed(), js8CallAddressKey,
+                PreferencesSystemStationGridDidChangeNotification);
+}

@@ -27,6 +27,10 @@ inline constexpr QLatin1StringView PreferencesSystemGridPositionDidChangeNotific
     "PreferencesSystemGridPositionDidChangeNotification"};
 inline constexpr QLatin1StringView PreferencesSystemCrossingAlertDidChangeNotification{
     "PreferencesSystemCrossingAlertDidChangeNotification"};
+inline constexpr QLatin1StringView PreferencesSystemGpsSourceDidChangeNotification{
+    "PreferencesSystemGpsSourceDidChangeNotification"};
+inline constexpr QLatin1StringView PreferencesSystemStationGridDidChangeNotification{
+    "PreferencesSystemStationGridDidChangeNotification"};
 inline constexpr QLatin1StringView PreferencesSystemAppearanceDidChangeNotification{
     "PreferencesSystemAppearanceDidChangeNotification"};
 
@@ -47,6 +51,15 @@ public:
     const QString gridPositionKey = QStringLiteral("GridPositionPreference");
     const QString crossingAlertKey = QStringLiteral("CrossingAlertPreference");
     const QString speakCrossingsKey = QStringLiteral("SpeakCrossingsPreference");
+    const QString gpsSourceKey = QStringLiteral("GpsSourcePreference");
+    const QString wsjtxKey = QStringLiteral("WsjtxPreference");
+    const QString wsjtxAddressKey = QStringLiteral("WsjtxAddressPreference");
+    const QString js8CallKey = QStringLiteral("Js8CallPreference");
+    const QString js8CallAddressKey = QStringLiteral("Js8CallAddressPreference");
+
+    // Where WSJT-X sends its datagrams unless told otherwise, and where JS8Call's TCP API listens.
+    static constexpr QLatin1StringView defaultWsjtxAddress{"127.0.0.1:2237"};
+    static constexpr QLatin1StringView defaultJs8CallAddress{"127.0.0.1:2442"};
 
     PreferencesSystem(UserDefaults &defaults, NotificationCenter &notificationCenter,
                       const QLocale &locale = QLocale());
@@ -71,6 +84,21 @@ public:
     // Whether a crossing is also spoken; on until the user turns it off.
     bool speakCrossings() const;
     void setSpeakCrossings(bool speak);
+    // The GPS source (as GpsSource reads it: "gpsd", "gpsd://HOST:PORT", a device...) when the
+    // command line names none; empty for the platform's positioning service.
+    QString gpsSource() const;
+    void setGpsSource(const QString &source);
+    // Sending the live grid to WSJT-X and to JS8Call: off until the user turns it on.
+    bool sendGridToWsjtx() const;
+    void setSendGridToWsjtx(bool send);
+    // HOST:PORT, the UDP port or multicast group WSJT-X instances send their heartbeats to.
+    QString wsjtxAddress() const;
+    void setWsjtxAddress(const QString &address);
+    bool sendGridToJs8Call() const;
+    void setSendGridToJs8Call(bool send);
+    // HOST:PORT of JS8Call's TCP API.
+    QString js8CallAddress() const;
+    void setJs8CallAddress(const QString &address);
     // Day until the user chooses.
     Appearance appearance() const;
     void setAppearance(Appearance appearance);

@@ -8,7 +8,11 @@ Every control is found by its role and spoken name, as a screen-reader user find
 """
 
 import argparse
+import os
 import signal
+import socket
+import struct
+import subprocess
 import sys
 import time
 
@@ -208,6 +212,95 @@ def live_tracking(session):
     app.quit()
 
 
+def free_port(kind):
+    with socket.socket(socket.AF_INET, kind) as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
+
+
+def wsjtx_string(text):
+    """A string as WSJT-X's messages carry it: a 32-bit big-endian length, then UTF-8."""
+    data = text.encode()
+    return struct.pack(">I", len(data)) + data
+
+
+def wsjtx_heartbeat(instance):
+    """WSJT-X's Heartbeat (type 0) at schema 2: id, maximum schema, version, revision."""
+    return (struct.pack(">III", 0xADBCCBDA, 2, 0) + wsjtx_string(instance) + struct.pack(">I", 3)
+            + wsjtx_string("2.6.1") + wsjtx_string("e2e"))
+
+
+def wsjtx_locations(stand_in):
+    """The grids of the Location messages (type 11) that reached the stand-in so far."""
+    grids = []
+    while True:
+        try:
+            datagram = stand_in.recv(4096)
+        except BlockingIOError:
+            return grids
+        magic, _, kind = struct.unpack_from(">III", datagram)
+        if magic != 0xADBCCBDA or kind != 11:
+            continue
+        (length,) = struct.unpack_from(">I", datagram, 12)
+        (grid_length,) = struct.unpack_from(">I", datagram, 16 + length)
+        grids.append(datagram[20 + length:20 + length + grid_length].decode())
+
+
+def station(session):
+    """gpsd (a real one, fed by gpsfake) as the GPS source, and the live grid sent to a stand-in
+    WSJT-X while tracking, and only then."""
+    gpsd_port, wsjtx_port = free_port(socket.SOCK_STREAM), free_port(socket.SOCK_DGRAM)
+    session.settings.write_text(f"[General]\nGpsSourcePreference=gpsd://127.0.0.1:{gpsd_port}\n"
+                                f"WsjtxAddressPreference=127.0.0.1:{wsjtx_port}\n")
+    gpsfake = subprocess.Popen(
+        ["gpsfake", "-q", "-P", str(gpsd_port), str(session.data / "nmea" / "gpsd-station.nmea")],
+        stdout=subprocess.DEVNULL, stderr=session.log, start_new_session=True)
+    stand_in = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
+    stand_in.setblocking(False)
+    try:
+        app = session.launch()
+        app.press("Settings")
+        app.press("Station")
+        wait_for("gpsd chosen", lambda: [n.name for n in app.nodes("radio button")
+                                         if checked(n)] == ["gpsd"])
+        app.press("System Positioning", role="radio button")
+        wait_for("the system's positioning on disk",
+                 lambda: session.setting("GpsSourcePreference") == "")
+        app.press("gpsd", role="radio button")
+        wait_for("gpsd on disk", lambda: session.setting("GpsSourcePreference")
+                 == f"gpsd://127.0.0.1:{gpsd_port}")
+        app.press("Send Grid to WSJT-X")
+        wait_for("the WSJT-X switch on disk", lambda: session.setting("WsjtxPreference") == "true")
+        app.press("Back")
+        app.press("Done")
+        app.gone("push button", "Done")
+
+        app.press("Tracking disabled")
+        app.find("label", prefix="3D fix, 8 of 11 satellites")
+        app.button(prefix=spelled("JN58td"))
+        stand_in.sendto(wsjtx_heartbeat("WSJT-X"), ("127.0.0.1", wsjtx_port))
+        grids = wait_for("the grid at the stand-in WSJT-X", lambda: wsjtx_locations(stand_in))
+        expect(grids == ["JN58td"], f"WSJT-X was sent {grids}")
+
+        # gpsd goes away: tracking carries on and says so.
+        os.killpg(gpsfake.pid, signal.SIGINT)
+        gpsfake.wait(timeout=10)
+        app.find("label", prefix="GPS source lost, reconnecting")
+        app.button("Tracking enabled")
+
+        app.press("Tracking enabled")
+        app.button("Tracking disabled")
+        stand_in.sendto(wsjtx_heartbeat("WSJT-X - second"), ("127.0.0.1", wsjtx_port))
+        time.sleep(2)
+        expect(not wsjtx_locations(stand_in), "a grid was sent while not tracking")
+        app.quit()
+    finally:
+        stand_in.close()
+        if gpsfake.poll() is None:
+            os.killpg(gpsfake.pid, signal.SIGINT)
+            gpsfake.wait(timeout=10)
+
+
 def share(session):
     app = session.launch()
     for action, expected in [("Copy Locator", "CN87to88"),
@@ -367,7 +460,8 @@ def every_button(session):
 
 
 SCENARIOS = {f.__name__: f for f in [locator_keypad, coordinate_keypads, settings_pickers,
-                                      live_tracking, share, tracking_alert, every_button]}
+                                      live_tracking, share, tracking_alert, every_button,
+                                      station]}
 
 
 def out_of_time(*_):

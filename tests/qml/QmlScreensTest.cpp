@@ -34,7 +34,8 @@ constexpr Row rows[] = {
      "anchors.fill: parent; style: LatitudeLongitudeKeypadViewController.Longitude"},
     {"SettingsScreen", fill}, {"VeltorFormatPickerScreen", fill},
     {"CoordinateFormatPickerScreen", fill}, {"DistanceFormatPickerScreen", fill},
-    {"AppearancePickerScreen", fill}, {"TitleLabel", "text: \"x\""},
+    {"AppearancePickerScreen", fill}, {"StationSettingsScreen", fill},
+    {"TitleLabel", "text: \"x\""},
     {"Body1Button", "title: \"x\""},
     {"ShareSheet", "panel: MapPanelController {} target: TargetController {} "
                    "proof: ProofSnapshotController {} "

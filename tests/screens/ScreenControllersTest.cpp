@@ -15,6 +15,7 @@
 #include "RootViewController.h"
 #include "ScriptableLocationManager.h"
 #include "SettingsViewController.h"
+#include "StationSettingsViewController.h"
 #include "TargetController.h"
 #include "TargetSystem.h"
 #include "UserDefaults.h"
@@ -239,6 +240,13 @@ TEST_F(ScreenControllersTest, ALiveFixOlderThanFiveSecondsIsShownStaleAndThePoin
     }
     EXPECT_EQ(age.accessibilityLabel(), QStringLiteral("Stale fix, 12 seconds old"));
     EXPECT_EQ(m_state.coordinate(), (Coordinate{51.5, -0.1}));
+    // A daemon that went away is said to be reconnecting, fix or no fix.
+    ReceiverStatus lost;
+    lost.reconnecting = true;
+    m_manager.report(lost);
+    m_state.setCoordinateIsLiveTracked(false);
+    EXPECT_EQ(age.receiverText().toStdString(), "GPS source lost · reconnecting…");
+    m_state.setCoordinateIsLiveTracked(true);
     // A new fix is current again; a point that is not tracked never goes stale.
     m_state.setCoordinate({51.6, -0.1});
     EXPECT_FALSE(age.stale());
@@ -349,6 +357,51 @@ TEST_F(ScreenControllersTest, PickersWriteATappedChoiceAndIgnoreRowsThatAreNotTh
     EXPECT_EQ(m_preferences.coordinateFormat(), CoordinateFormat::DecimalDegrees);
     EXPECT_EQ(m_preferences.distanceFormat(), DistanceFormat::Metric);
     EXPECT_EQ(m_preferences.appearance(), Appearance::Red);
+}
+
+TEST_F(ScreenControllersTest, StationSettingsKeepOnlyAddressesThatReadAsHostAndPort)
+{
+    StationSettingsViewController station(m_preferences);
+    const SettingsViewController settings(m_preferences);
+    EXPECT_EQ(settings.stationDetail(), QStringLiteral("System Positioning"));
+    EXPECT_FALSE(station.usesGpsd());
+
+    station.setGpsdAddress(QStringLiteral("shack-pi:3000"));
+    EXPECT_EQ(m_preferences.gpsSource(), QString());
+    station.useGpsd();
+    EXPECT_EQ(m_preferences.gpsSource(), QStringLiteral("gpsd://shack-pi:3000"));
+    station.toggleWsjtx();
+    EXPECT_EQ(settings.stationDetail().toStdString(), "gpsd · WSJT-X");
+
+    // A field, a bad address with what is said of it, a good one, and what each leaves stored.
+    using Setter = void (StationSettingsViewController::*)(const QString &);
+    const std::tuple<Setter, const char *, const char *, const char *,
+                     QString (PreferencesSystem::*)() const, const char *>
+        fields[] = {{&StationSettingsViewController::setGpsdAddress, "shack-pi:",
+                     "The port must be a number from 1 to 65535.", "[::1]:2947",
+                     &PreferencesSystem::gpsSource, "gpsd://[::1]:2947"},
+                    {&StationSettingsViewController::setWsjtxAddress, "224.0.0.1:70000",
+                     "The port must be a number from 1 to 65535.", "239.255.0.1:2237",
+                     &PreferencesSystem::wsjtxAddress, "239.255.0.1:2237"},
+                    {&StationSettingsViewController::setJs8CallAddress, "",
+                     "Write the address as host:port, with an IPv6 address in brackets.",
+                     "radio.local:2442", &PreferencesSystem::js8CallAddress, "radio.local:2442"}};
+    for (const auto &[set, bad, error, good, stored, expected] : fields) {
+        const QString before = (m_preferences.*stored)();
+        (station.*set)(QString::fromUtf8(bad));
+        EXPECT_EQ((m_preferences.*stored)(), before) << bad;
+        EXPECT_EQ((station.gpsdAddressError() + station.wsjtxAddressError() +
+                   station.js8CallAddressError())
+                      .toStdString(),
+                  error);
+        (station.*set)(QString::fromUtf8(good));
+        EXPECT_EQ((m_preferences.*stored)().toStdString(), expected);
+    }
+    EXPECT_EQ(station.gpsdAddressError() + station.wsjtxAddressError() +
+                  station.js8CallAddressError(),
+              QString());
+    station.useSystemSource();
+    EXPECT_EQ(m_preferences.gpsSource(), QString());
 }
 
 } // namespace

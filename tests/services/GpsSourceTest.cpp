@@ -27,7 +27,7 @@ TEST_P(GpsSourceTest, NamesTheSourceOrSaysWhyNot)
                              .replace(QStringLiteral("\\t"), QStringLiteral("\t"));
     const GpsSource source = GpsSource::parse(text);
     const auto kind = GpsSource::Kind(
-        QStringLiteral("Invalid SerialPort TcpSocket NmeaLog").split(u' ').indexOf(row[1]));
+        QStringLiteral("Invalid SerialPort TcpSocket NmeaLog Gpsd").split(u' ').indexOf(row[1]));
     const bool valid = kind != GpsSource::Kind::Invalid;
     ASSERT_EQ(row.size(), valid ? 7 : 3);
     EXPECT_EQ(source.kind(), kind);

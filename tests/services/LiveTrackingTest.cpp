@@ -1,6 +1,9 @@
 #include "ApplicationStateSystem.h"
 #include "LocationTrackingSystem.h"
+#include "GpsdLocationManager.h"
 #include "PositioningLocationManager.h"
+#include "PreferencesSystem.h"
+#include "SwitchableLocationManager.h"
 #include "UserDefaults.h"
 
 #include <QFile>
@@ -311,19 +314,25 @@ TEST(PositioningLocationManager, StoppingDropsAFailureNotYetReported)
     EXPECT_EQ(failures.count(), 0);
 }
 
-TEST(LocationTrackingSystemShared, TheSourceCanBeChosenOnlyBeforeFirstUse)
+TEST(LocationTrackingSystemShared, TheCommandLineChoosesTheSourceUntilTheSettingsDo)
 {
     QTemporaryDir dir;
     ASSERT_TRUE(UserDefaults::setStandardFileName(dir.filePath(QStringLiteral("settings.ini"))));
     EXPECT_FALSE(LocationTrackingSystem::setSharedSource(QStringLiteral("tcp://no-port")));
     EXPECT_TRUE(LocationTrackingSystem::setSharedSource(QStringLiteral("127.0.0.1:10110")));
     LocationTrackingSystem &system = LocationTrackingSystem::sharedSystem();
-    const auto *manager = qobject_cast<PositioningLocationManager *>(&system.locationManager());
-    ASSERT_NE(manager, nullptr);
-    ASSERT_TRUE(manager->gpsSource().has_value());
-    EXPECT_EQ(manager->gpsSource()->description(), QStringLiteral("127.0.0.1:10110"));
+    const auto *switchable = qobject_cast<SwitchableLocationManager *>(&system.locationManager());
+    ASSERT_NE(switchable, nullptr);
+    const auto gpsSource = [switchable] {
+        const auto *manager = qobject_cast<PositioningLocationManager *>(&switchable->current());
+        return manager && manager->gpsSource() ? manager->gpsSource()->description() : QString();
+    };
+    EXPECT_EQ(gpsSource(), QStringLiteral("127.0.0.1:10110"));
     EXPECT_FALSE(LocationTrackingSystem::setSharedSource(QStringLiteral("/dev/ttyUSB0")));
-    EXPECT_EQ(manager->gpsSource()->description(), QStringLiteral("127.0.0.1:10110"));
+    EXPECT_EQ(gpsSource(), QStringLiteral("127.0.0.1:10110"));
+    // A source picked in the settings takes over.
+    PreferencesSystem::sharedSystem().setGpsSource(QStringLiteral("gpsd"));
+    EXPECT_NE(qobject_cast<GpsdLocationManager *>(&switchable->current()), nullptr);
 }
 
 } // namespace

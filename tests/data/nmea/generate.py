@@ -70,3 +70,19 @@ stroll = [(-0.0006, 0.9), (-0.0003, 1.2), (0.0003, 1.0)] + [(0.0006, 1.0)] * 20
 write("greenwich-stroll.nmea",
       [line for second, (longitude, hdop) in enumerate(stroll)
        for line in fix(second, 51.4779, longitude, hdop)])
+
+# A station receiver as gpsd sees it: each second RMC, GGA, then GSA with the 8 satellites in use
+# and GSV with the 11 in view, standing at JN58td for a minute.
+in_use = [2, 5, 7, 9, 13, 16, 20, 30]
+in_view = in_use + [11, 23, 27]
+def sky():
+    used = ",".join("%02d" % prn for prn in in_use) + "," * (12 - len(in_use))
+    lines = [sentence("GPGSA,A,3,%s,1.8,1.0,1.5" % used)]
+    groups = [in_view[i:i + 4] for i in range(0, len(in_view), 4)]
+    for number, group in enumerate(groups, 1):
+        satellites = ",".join("%02d,45,%03d,40" % (prn, prn * 10) for prn in group)
+        lines.append(sentence("GPGSV,%d,%d,%02d,%s" % (len(groups), number, len(in_view),
+                                                      satellites)))
+    return lines
+write("gpsd-station.nmea",
+      [line for second in range(60) for line in fix(second, 48.1467, 11.6083, 1.0) + sky()])

@@ -1,0 +1,48 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Veltor
+
+// A HOST:PORT field under a settings row. The text goes to the controller when editing ends
+// (Enter, Tab or a tap elsewhere); the controller keeps it or says why not below the field.
+ColumnLayout {
+    id: field
+
+    property string address
+    property string placeholder
+    property string error
+    property string accessibilityLabel
+
+    signal submitted(string text)
+
+    spacing: 0
+
+    TextField {
+        id: input
+        Layout.fillWidth: true
+        Layout.leftMargin: Theme.spacing
+        Layout.rightMargin: Theme.spacing
+        implicitHeight: Theme.minimumTouchSize
+        text: field.address
+        placeholderText: field.placeholder
+        font: Theme.body1Font
+        color: Theme.textColor
+        inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText | Qt.ImhUrlCharactersOnly
+        Accessible.name: field.accessibilityLabel
+        Accessible.description: field.error
+        background: Rectangle {
+            color: Theme.keyFaceColor
+            border.color: field.error.length > 0 ? Theme.warningColor : Theme.dividerColor
+        }
+        onEditingFinished: field.submitted(input.text)
+    }
+    CaptionLabel {
+        Layout.fillWidth: true
+        Layout.leftMargin: Theme.spacing
+        Layout.rightMargin: Theme.spacing
+        visible: field.error.length > 0
+        text: field.error
+        color: Theme.warningColor
+        wrapMode: Text.Wrap
+    }
+}

@@ -1,0 +1,118 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Veltor
+
+// Where the GPS comes from, and the radio programs that get the live grid.
+FocusScope {
+    id: page
+
+    signal backRequested()
+
+    focus: true
+    Keys.onEscapePressed: page.backRequested()
+    Keys.onBackPressed: page.backRequested()
+
+    StationSettingsViewController {
+        id: controller
+        onBackRequested: page.backRequested()
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 0
+        RowLayout {
+            Layout.fillWidth: true
+            UnderlineButton {
+                title: controller.backTitle
+                font: Theme.body1Font
+                onClicked: controller.back()
+            }
+            Body2Label {
+                Layout.fillWidth: true
+                text: controller.title
+                horizontalAlignment: Text.AlignHCenter
+            }
+            Item {
+                implicitWidth: Theme.minimumTouchSize
+            }
+        }
+        Flickable {
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            contentHeight: rows.implicitHeight
+            clip: true
+            boundsBehavior: Flickable.StopAtBounds
+            ScrollBar.vertical: ScrollBar {}
+
+            ColumnLayout {
+                id: rows
+                width: parent.width
+                spacing: Theme.spacing / 2
+                CaptionLabel {
+                    Layout.leftMargin: Theme.spacing
+                    Layout.topMargin: Theme.spacing
+                    text: controller.gpsSourceTitle
+                }
+                ChoiceRow {
+                    Layout.fillWidth: true
+                    text: controller.systemSourceTitle
+                    accessibilityLabel: controller.systemSourceTitle
+                    checked: !controller.usesGpsd
+                    onClicked: controller.useSystemSource()
+                }
+                ChoiceRow {
+                    Layout.fillWidth: true
+                    text: controller.gpsdTitle
+                    accessibilityLabel: controller.gpsdTitle
+                    checked: controller.usesGpsd
+                    onClicked: controller.useGpsd()
+                }
+                AddressField {
+                    Layout.fillWidth: true
+                    address: controller.gpsdAddress
+                    placeholder: controller.addressTitle
+                    error: controller.gpsdAddressError
+                    accessibilityLabel: controller.gpsdAddressAccessibilityLabel
+                    onSubmitted: text => controller.setGpsdAddress(text)
+                }
+                SwitchRow {
+                    Layout.fillWidth: true
+                    Layout.topMargin: Theme.spacing
+                    title: controller.wsjtxTitle
+                    checked: controller.sendToWsjtx
+                    onClicked: controller.toggleWsjtx()
+                }
+                AddressField {
+                    Layout.fillWidth: true
+                    address: controller.wsjtxAddress
+                    placeholder: controller.addressTitle
+                    error: controller.wsjtxAddressError
+                    accessibilityLabel: controller.wsjtxAddressAccessibilityLabel
+                    onSubmitted: text => controller.setWsjtxAddress(text)
+                }
+                SwitchRow {
+                    Layout.fillWidth: true
+                    Layout.topMargin: Theme.spacing
+                    title: controller.js8CallTitle
+                    checked: controller.sendToJs8Call
+                    onClicked: controller.toggleJs8Call()
+                }
+                AddressField {
+                    Layout.fillWidth: true
+                    address: controller.js8CallAddress
+                    placeholder: controller.addressTitle
+                    error: controller.js8CallAddressError
+                    accessibilityLabel: controller.js8CallAddressAccessibilityLabel
+                    onSubmitted: text => controller.setJs8CallAddress(text)
+                }
+                CaptionLabel {
+                    Layout.fillWidth: true
+                    Layout.margins: Theme.spacing
+                    text: controller.liveOnlyNote
+                    wrapMode: Text.Wrap
+                }
+            }
+        }
+    }
+}

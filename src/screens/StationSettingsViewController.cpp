@@ -1,0 +1,207 @@
+#include "StationSettingsViewController.h"
+
+#include "GpsSource.h"
+#include "PreferencesSystem.h"
+#include "SettingsViewController.h"
+#include "StationGridSender.h"
+
+#include <QStringList>
+
+namespace {
+
+// HOST:PORT of a gpsd source, as the address field shows it.
+QString gpsdAddressOf(const GpsSource &source)
+{
+    return source.description().mid(int(qstrlen("gpsd://")));
+}
+
+} // namespace
+
+StationSettingsViewController::StationSettingsViewController(QObject *parent)
+    : StationSettingsViewController(PreferencesSystem::sharedSystem(), parent)
+{
+}
+
+StationSettingsViewController::StationSettingsViewController(PreferencesSystem &preferences,
+                                                             QObject *parent)
+    : QObject(parent), m_preferences(preferences)
+{
+    const GpsSource stored = GpsSource::parse(m_preferences.gpsSource());
+    m_gpsdAddress = gpsdAddressOf(
+        stored.kind() == GpsSource::Kind::Gpsd ? stored : GpsSource::parse(QStringLiteral("gpsd")));
+    const auto changedElsewhere = [this](auto &&...) { emit changed(); };
+    m_sourceObserver.emplace(QString(PreferencesSystemGpsSourceDidChangeNotification),
+                             &m_preferences, changedElsewhere, m_preferences.notificationCenter());
+    m_gridObserver.emplace(QString(PreferencesSystemStationGridDidChangeNotification),
+                           &m_preferences, changedElsewhere, m_preferences.notificationCenter());
+}
+
+QString StationSettingsViewController::title()
+{
+    //: Settings row and screen: where the GPS comes from and which radio programs get the grid
+    //% "Station"
+    return qtTrId("station.title");
+}
+
+QString StationSettingsViewController::backTitle()
+{
+    return SettingsViewController::backTitle();
+}
+
+QString StationSettingsViewController::gpsSourceTitle()
+{
+    //: Heading of the choice of GPS source
+    //% "GPS Source"
+    return qtTrId("station.gps-source");
+}
+
+QString StationSettingsViewController::systemSourceTitle()
+{
+    //: GPS source: the operating system's own positioning service
+    //% "System Positioning"
+    return qtTrId("station.gps-source.system");
+}
+
+QString StationSettingsViewController::gpsdTitle()
+{
+    //: GPS source: the gpsd daemon (a program name, usually left as it is)
+    //% "gpsd"
+    return qtTrId("station.gps-source.gpsd");
+}
+
+QString StationSettingsViewController::addressTitle()
+{
+    //: Label and placeholder of a network address field
+    //% "Host:Port"
+    return qtTrId("station.address");
+}
+
+QString StationSettingsViewController::wsjtxTitle()
+{
+    //: Switch: send the live 6-character locator to WSJT-X
+    //% "Send Grid to WSJT-X"
+    return qtTrId("station.wsjtx");
+}
+
+QString StationSettingsViewController::js8CallTitle()
+{
+    //: Switch: send the live 6-character locator to JS8Call
+    //% "Send Grid to JS8Call"
+    return qtTrId("station.js8call");
+}
+
+QString StationSettingsViewController::liveOnlyNote()
+{
+    //: Under the switches: when the grid is sent
+    //% "The grid is sent only while tracking live, each time it changes."
+    return qtTrId("station.live-only");
+}
+
+QString StationSettingsViewController::gpsdAddressAccessibilityLabel()
+{
+    //: Spoken name of the gpsd address field
+    //% "gpsd address"
+    return qtTrId("station.gpsd-address-spoken");
+}
+
+QString StationSettingsViewController::wsjtxAddressAccessibilityLabel()
+{
+    //: Spoken name of the WSJT-X address field
+    //% "WSJT-X address"
+    return qtTrId("station.wsjtx-address-spoken");
+}
+
+QString StationSettingsViewController::js8CallAddressAccessibilityLabel()
+{
+    //: Spoken name of the JS8Call address field
+    //% "JS8Call address"
+    return qtTrId("station.js8call-address-spoken");
+}
+
+QString StationSettingsViewController::summary(const PreferencesSystem &preferences)
+{
+    const GpsSource source = GpsSource::parse(preferences.gpsSource());
+    QStringList parts{source.kind() == GpsSource::Kind::Gpsd ? gpsdTitle() : systemSourceTitle()};
+    if (preferences.sendGridToWsjtx())
+        parts << QStringLiteral("WSJT-X");
+    if (preferences.sendGridToJs8Call())
+        parts << QStringLiteral("JS8Call");
+    return parts.join(QStringLiteral(" · "));
+}
+
+bool StationSettingsViewController::usesGpsd() const
+{
+    return GpsSource::parse(m_preferences.gpsSource()).kind() == GpsSource::Kind::Gpsd;
+}
+
+bool StationSettingsViewController::sendToWsjtx() const
+{
+    return m_preferences.sendGridToWsjtx();
+}
+
+QString StationSettingsViewController::wsjtxAddress() const
+{
+    return m_preferences.wsjtxAddress();
+}
+
+bool StationSettingsViewController::sendToJs8Call() const
+{
+    return m_preferences.sendGridToJs8Call();
+}
+
+QString StationSettingsViewController::js8CallAddress() const
+{
+    return m_preferences.js8CallAddress();
+}
+
+void StationSettingsViewController::useSystemSource()
+{
+    m_preferences.setGpsSource(QString());
+}
+
+void StationSettingsViewController::useGpsd()
+{
+    m_preferences.setGpsSource(QStringLiteral("gpsd://") + m_gpsdAddress);
+}
+
+void StationSettingsViewController::setGpsdAddress(const QString &address)
+{
+    m_gpsdAddressError = StationGridSender::addressError(address).value_or(QString());
+    if (!m_gpsdAddressError.isEmpty()) {
+        emit changed();
+        return;
+    }
+    m_gpsdAddress = gpsdAddressOf(GpsSource::parse(QStringLiteral("gpsd://") + address.trimmed()));
+    if (usesGpsd())
+        useGpsd();
+    else
+        emit changed();
+}
+
+void StationSettingsViewController::toggleWsjtx()
+{
+    m_preferences.setSendGridToWsjtx(!m_preferences.sendGridToWsjtx());
+}
+
+void StationSettingsViewController::setWsjtxAddress(const QString &address)
+{
+    m_wsjtxAddressError = StationGridSender::addressError(address).value_or(QString());
+    if (m_wsjtxAddressError.isEmpty())
+        m_preferences.setWsjtxAddress(address);
+    else
+        emit changed();
+}
+
+void StationSettingsViewController::toggleJs8Call()
+{
+    m_preferences.setSendGridToJs8Call(!m_preferences.sendGridToJs8Call());
+}
+
+void StationSettingsViewController::setJs8CallAddress(const QString &address)
+{
+    m_js8CallAddressError = StationGridSender::addressError(address).value_or(QString());
+    if (m_js8CallAddressError.isEmpty())
+        m_preferences.setJs8CallAddress(address);
+    else
+        emit changed();
+}

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "NotificationObserver.h"
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+#include <optional>
+
+class PreferencesSystem;
+
+// Veltor as part of the radio station: where the GPS comes from (the platform's positioning or
+// gpsd) and whether the live grid goes to WSJT-X and JS8Call, each with its address. An address
+// is stored only once it reads as HOST:PORT; until then the field says what is wrong with it.
+class StationSettingsViewController : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString title READ title CONSTANT)
+    Q_PROPERTY(QString backTitle READ backTitle CONSTANT)
+    Q_PROPERTY(QString gpsSourceTitle READ gpsSourceTitle CONSTANT)
+    Q_PROPERTY(QString systemSourceTitle READ systemSourceTitle CONSTANT)
+    Q_PROPERTY(QString gpsdTitle READ gpsdTitle CONSTANT)
+    Q_PROPERTY(QString addressTitle READ addressTitle CONSTANT)
+    Q_PROPERTY(QString wsjtxTitle READ wsjtxTitle CONSTANT)
+    Q_PROPERTY(QString js8CallTitle READ js8CallTitle CONSTANT)
+    Q_PROPERTY(QString liveOnlyNote READ liveOnlyNote CONSTANT)
+    Q_PROPERTY(bool usesGpsd READ usesGpsd NOTIFY changed)
+    Q_PROPERTY(QString gpsdAddress READ gpsdAddress NOTIFY changed)
+    Q_PROPERTY(QString gpsdAddressError READ gpsdAddressError NOTIFY changed)
+    Q_PROPERTY(QString gpsdAddressAccessibilityLabel READ gpsdAddressAccessibilityLabel CONSTANT)
+    Q_PROPERTY(bool sendToWsjtx READ sendToWsjtx NOTIFY changed)
+    Q_PROPERTY(QString wsjtxAddress READ wsjtxAddress NOTIFY changed)
+    Q_PROPERTY(QString wsjtxAddressError READ wsjtxAddressError NOTIFY changed)
+    Q_PROPERTY(QString wsjtxAddressAccessibilityLabel READ wsjtxAddressAccessibilityLabel CONSTANT)
+    Q_PROPERTY(bool sendToJs8Call READ sendToJs8Call NOTIFY changed)
+    Q_PROPERTY(QString js8CallAddress READ js8CallAddress NOTIFY changed)
+    Q_PROPERTY(QString js8CallAddressError READ js8CallAddressError NOTIFY changed)
+    Q_PROPERTY(
+        QString js8CallAddressAccessibilityLabel READ js8CallAddressAccessibilityLabel CONSTANT)
+
+public:
+    // Over the app's shared preferences.
+    explicit StationSettingsViewController(QObject *parent = nullptr);
+    explicit StationSettingsViewController(PreferencesSystem &preferences,
+                                           QObject *parent = nullptr);
+
+    static QString title();
+    static QString backTitle();
+    static QString gpsSourceTitle();
+    static QString systemSourceTitle();
+    static QString gpsdTitle();
+    static QString addressTitle();
+    static QString wsjtxTitle();
+    static QString js8CallTitle();
+    static QString liveOnlyNote();
+    static QString gpsdAddressAccessibilityLabel();
+    static QString wsjtxAddressAccessibilityLabel();
+    static QString js8CallAddressAccessibilityLabel();
+    // The settings row's detail: the GPS source and the programs that get the grid.
+    static QString summary(const PreferencesSystem &preferences);
+
+    bool usesGpsd() const;
+    QString gpsdAddress() const { return m_gpsdAddress; }
+    QString gpsdAddressError() const { return m_gpsdAddressError; }
+    bool sendToWsjtx() const;
+    QString wsjtxAddress() const;
+    QString wsjtxAddressError() const { return m_wsjtxAddressError; }
+    bool sendToJs8Call() const;
+    QString js8CallAddress() const;
+    QString js8CallAddressError() const { return m_js8CallAddressError; }
+
+    Q_INVOKABLE void useSystemSource();
+    Q_INVOKABLE void useGpsd();
+    // Each stores the address if it reads as HOST:PORT, and says why not otherwise.
+    Q_INVOKABLE void setGpsdAddress(const QString &address);
+    Q_INVOKABLE void toggleWsjtx();
+    Q_INVOKABLE void setWsjtxAddress(const QString &address);
+    Q_INVOKABLE void toggleJs8Call();
+    Q_INVOKABLE void setJs8CallAddress(const QString &address);
+    Q_INVOKABLE void back() { emit backRequested(); }
+
+signals:
+    void changed();
+    void backRequested();
+
+private:
+    PreferencesSystem &m_preferences;
+    std::optional<NotificationObserver> m_sourceObserver;
+    std::optional<NotificationObserver> m_gridObserver;
+    QString m_gpsdAddress;
+    QString m_gpsdAddressError;
+    QString m_wsjtxAddressError;
+    QString m_js8CallAddressError;
+};

@@ -1,0 +1,188 @@
+#include "GpsdLocationManager.h"
+
+#include "GpsdReport.h"
+
+#include <QTcpSocket>
+
+#include <algorithm>
+
+GpsdLocationManager::GpsdLocationManager(const QString &host, quint16 port, QObject *parent)
+    : LocationManager(parent), m_host(host), m_port(port)
+{
+    m_fixTimer.setSingleShot(true);
+    connect(&m_fixTimer, &QTimer::timeout, this, &GpsdLocationManager::fixTimedOut);
+    m_reconnectTimer.setSingleShot(true);
+    connect(&m_reconnectTimer, &QTimer::timeout, this, &GpsdLocationManager::connectToGpsd);
+}
+
+GpsdLocationManager::~GpsdLocationManager()
+{
+    teardown();
+}
+
+QString GpsdLocationManager::description() const
+{
+    return (m_host.contains(QLatin1Char(':')) ? QStringLiteral("[%1]:%2") : QStringLiteral("%1:%2"))
+        .arg(m_host)
+        .arg(m_port);
+}
+
+void GpsdLocationManager::requestWhenInUseAuthorization()
+{
+    // The answer still comes later, as callers expect.
+    QTimer::singleShot(0, this, [this] { emit authorizationStatusChanged(authorizationStatus()); });
+}
+
+void GpsdLocationManager::startUpdatingLocation()
+{
+    if (m_updating)
+        return;
+    ++m_run;
+    m_updating = true;
+    m_everConnected = false;
+    m_reconnectDelay = m_firstReconnectDelay;
+    m_fixTimer.start(m_fixTimeout);
+    connectToGpsd();
+}
+
+void GpsdLocationManager::stopUpdatingLocation()
+{
+    ++m_run;
+    teardown();
+    setReceiverStatus({});
+}
+
+void GpsdLocationManager::connectToGpsd()
+{
+    if (!m_updating)
+        return;
+    if (m_socket) {
+        m_socket->disconnect(this);
+        m_socket->deleteLater();
+    }
+    m_buffer.clear();
+    m_skippingLine = false;
+    auto *socket = new QTcpSocket(this);
+    m_socket = socket;
+    connect(socket, &QAbstractSocket::connected, this, &GpsdLocationManager::connected);
+    connect(socket, &QIODevice::readyRead, this, &GpsdLocationManager::readLines);
+    // A refused connection reports an error without a disconnect, a lost one both: the timer
+    // being active already makes the second a no-op.
+    connect(socket, &QAbstractSocket::errorOccurred, this, &GpsdLocationManager::connectionLost);
+    connect(socket, &QAbstractSocket::disconnected, this, &GpsdLocationManager::connectionLost);
+    socket->connectToHost(m_host, m_port);
+}
+
+void GpsdLocationManager::connected()
+{
+    m_connected = true;
+    m_everConnected = true;
+    m_reconnectDelay = m_firstReconnectDelay;
+    ReceiverStatus status = receiverStatus();
+    status.reconnecting = false;
+    setReceiverStatus(status);
+    // JSON reports only: raw NMEA would be another line format to skip.
+    m_socket->write(R"(?WATCH={"enable":true,"json":true};)"
+                    "\n");
+}
+
+void GpsdLocationManager::connectionLost()
+{
+    if (!m_updating || m_reconnectTimer.isActive())
+        return;
+    m_connected = false;
+    // What the receiver said no longer holds; the fix timer keeps running across the gap.
+    ReceiverStatus status;
+    status.reconnecting = true;
+    setReceiverStatus(status);
+    m_reconnectTimer.start(m_reconnectDelay);
+    m_reconnectDelay = std::min(m_reconnectDelay * 2, maximumReconnectDelay);
+}
+
+void GpsdLocationManager::readLines()
+{
+    if (!m_socket)
+        return;
+    m_buffer += m_socket->readAll();
+    qsizetype start = 0;
+    for (qsizetype end = m_buffer.indexOf('\n'); end >= 0;
+         start = end + 1, end = m_buffer.indexOf('\n', start)) {
+        if (m_skippingLine)
+            m_skippingLine = false;
+        else
+            handleLine(QByteArrayView(m_buffer).sliced(start, end - start));
+        if (!m_updating)
+            return;
+    }
+    m_buffer.remove(0, start);
+    if (m_buffer.size() > maximumLineLength) {
+        m_buffer.clear();
+        m_skippingLine = true;
+    }
+}
+
+void GpsdLocationManager::handleLine(QByteArrayView line)
+{
+    const GpsdReport report = GpsdReport::parse(line);
+    ReceiverStatus status = receiverStatus();
+    switch (report.kind) {
+    case GpsdReport::Kind::Other:
+        return;
+    case GpsdReport::Kind::Satellites:
+        status.satellitesUsed = report.satellitesUsed;
+        status.satellitesInView = report.satellitesInView;
+        setReceiverStatus(status);
+        return;
+    case GpsdReport::Kind::Fix:
+        break;
+    }
+    if (report.fixMode != ReceiverStatus::Unknown) {
+        status.fixMode = report.fixMode;
+        setReceiverStatus(status);
+    }
+    if (!report.coordinate)
+        return;
+    m_fixTimer.start(m_fixTimeout);
+    emit locationsUpdated({Location{*report.coordinate, report.horizontalAccuracy}});
+}
+
+void GpsdLocationManager::fixTimedOut()
+{
+    const QString seconds = QString::number(double(m_fixTimeout.count()) / 1000.0);
+    if (m_connected)
+        fail(QStringLiteral("gpsd at %1 has reported no position fix for %2 s.")
+                 .arg(description(), seconds));
+    else if (m_everConnected)
+        fail(QStringLiteral("gpsd at %1 has been gone for %2 s.").arg(description(), seconds));
+    else
+        fail(QStringLiteral("Cannot connect to gpsd at %1 within %2 s.")
+                 .arg(description(), seconds));
+}
+
+void GpsdLocationManager::fail(const QString &description)
+{
+    if (!m_updating)
+        return;
+    teardown();
+    setReceiverStatus({});
+    // Reported from the event loop, so a failure never arrives inside the call that caused it.
+    QTimer::singleShot(0, this, [this, run = m_run, description] {
+        if (run == m_run)
+            emit failed(description);
+    });
+}
+
+void GpsdLocationManager::teardown()
+{
+    m_updating = false;
+    m_connected = false;
+    m_fixTimer.stop();
+    m_reconnectTimer.stop();
+    if (m_socket) {
+        m_socket->disconnect(this);
+        m_socket->abort();
+        m_socket->deleteLater();
+    }
+    m_socket = nullptr;
+    m_buffer.clear();
+}

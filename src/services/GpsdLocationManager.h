@@ -1,0 +1,74 @@
+#pragma once
+
+#include "LocationManager.h"
+
+#include <QByteArray>
+#include <QPointer>
+#include <QString>
+#include <QTimer>
+
+#include <chrono>
+
+class QTcpSocket;
+
+// Live positions from gpsd, the daemon that shares a station's GPS between programs, over its
+// JSON protocol: TPV reports give the fix, SKY reports the satellites. gpsd restarting or the
+// network dropping is not the end of tracking: the manager reconnects, waiting a little longer
+// each time, and says so through receiverStatus(). Only a whole fixTimeout() without a fix,
+// connected or not, ends the updates through failed(). Lines that are not JSON, are cut short,
+// are too long or are of a class Veltor does not use are skipped.
+class GpsdLocationManager : public LocationManager
+{
+    Q_OBJECT
+
+public:
+    static constexpr std::chrono::milliseconds defaultFixTimeout{30000};
+    // The first wait before reconnecting; it doubles up to maximumReconnectDelay.
+    static constexpr std::chrono::milliseconds defaultReconnectDelay{500};
+    static constexpr std::chrono::milliseconds maximumReconnectDelay{8000};
+    // gpsd's longest reports (SKY with every constellation) stay well below this.
+    static constexpr qsizetype maximumLineLength = 64 * 1024;
+
+    GpsdLocationManager(const QString &host, quint16 port, QObject *parent = nullptr);
+    ~GpsdLocationManager() override;
+
+    // No permission to ask for: gpsd serves anyone who connects.
+    int authorizationStatus() const override { return AuthorizedWhenInUse; }
+    void requestWhenInUseAuthorization() override;
+    void startUpdatingLocation() override;
+    void stopUpdatingLocation() override;
+
+    bool isUpdating() const { return m_updating; }
+    bool isConnected() const { return m_connected; }
+    // For tests that cannot wait half a minute.
+    void setFixTimeout(std::chrono::milliseconds timeout) { m_fixTimeout = timeout; }
+    void setReconnectDelay(std::chrono::milliseconds delay) { m_firstReconnectDelay = delay; }
+
+private:
+    void connectToGpsd();
+    void connected();
+    void connectionLost();
+    void readLines();
+    void handleLine(QByteArrayView line);
+    void fixTimedOut();
+    void fail(const QString &description);
+    void teardown();
+    QString description() const;
+
+    const QString m_host;
+    const quint16 m_port;
+    QPointer<QTcpSocket> m_socket;
+    QByteArray m_buffer;
+    // Inside a line longer than maximumLineLength: drop bytes up to its end.
+    bool m_skippingLine = false;
+    QTimer m_fixTimer;
+    QTimer m_reconnectTimer;
+    std::chrono::milliseconds m_fixTimeout = defaultFixTimeout;
+    std::chrono::milliseconds m_firstReconnectDelay = defaultReconnectDelay;
+    std::chrono::milliseconds m_reconnectDelay = defaultReconnectDelay;
+    bool m_updating = false;
+    bool m_connected = false;
+    bool m_everConnected = false;
+    // Counts starts and stops, so a failure of an earlier run is never reported in a later one.
+    quint64 m_run = 0;
+};

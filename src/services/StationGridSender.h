@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+class QTcpSocket;
+class QUdpSocket;
+
+// Sends the station's grid to WSJT-X and JS8Call. WSJT-X instances are heard on the UDP port or
+// multicast group they send their heartbeats to, and each one is told the grid at the address
+// its datagrams come from; JS8Call is told over its TCP API. A program that is not running is
+// no error: it gets the grid when it is next heard from or the grid next changes.
+class StationGridSender : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Addresses are HOST:PORT text, an IPv6 address in brackets.
+    struct Settings
+    {
+        bool wsjtx = false;
+        QString wsjtxAddress;
+        bool js8Call = false;
+        QString js8CallAddress;
+    };
+
+    explicit StationGridSender(QObject *parent = nullptr);
+    ~StationGridSender() override;
+
+    // Opens what is turned on and closes what is off; unusable addresses count as off.
+    void configure(const Settings &settings);
+    // Sends the grid now, and to every WSJT-X instance heard from later, once.
+    void setGrid(const QString &grid);
+    // Nothing is sent from now on until the next grid.
+    void clearGrid();
+
+    // Why an address text is unusable, in the user's language; nothing when it is usable.
+    static std::optional<QString> addressError(const QString &address);
+
+    // The UDP port WSJT-X instances are heard on, 0 while not listening.
+    quint16 wsjtxPort() const;
+    // The WSJT-X instances heard from and not closed since.
+    int wsjtxInstanceCount() const;
+
+signals:
+    void wsjtxInstancesChanged();
+
+private:
+    // A WSJT-X instance: its id and where its datagrams come from.
+    struct Instance;
+
+    void listen(const QString &address);
+    void readDatagrams();
+    void sendToInstance(const Instance &instance);
+    void sendToJs8Call();
+
+    Settings m_settings;
+    std::optional<QString> m_grid;
+    std::unique_ptr<QUdpSocket> m_udp;
+    std::vector<Instance> m_instances;
+    std::unique_ptr<QTcpSocket> m_js8Call;
+    QString m_js8CallHost;
+    quint16 m_js8CallPort = 0;
+};
