@@ -7,6 +7,8 @@
 #include "CoordinatePanelViewController.h"
 #include "CrossingAlertSettingsViewController.h"
 #include "StationSettingsViewController.h"
+#include "MapSourceSettingsViewController.h"
+#include "KeepAreaController.h"
 #include "KeyboardClick.h"
 #include "KeypadKey.h"
 #include "LatitudeLongitudeKeypadViewController.h"
@@ -117,6 +119,20 @@ struct CoordinatePanelViewControllerForeign
     Q_GADGET
     QML_FOREIGN(CoordinatePanelViewController)
     QML_NAMED_ELEMENT(CoordinatePanelViewController)
+};
+
+struct KeepAreaControllerForeign
+{
+    Q_GADGET
+    QML_FOREIGN(KeepAreaController)
+    QML_NAMED_ELEMENT(KeepAreaController)
+};
+
+struct MapSourceSettingsViewControllerForeign
+{
+    Q_GADGET
+    QML_FOREIGN(MapSourceSettingsViewController)
+    QML_NAMED_ELEMENT(MapSourceSettingsViewController)
 };
 
 struct StationSettingsViewControllerForeign

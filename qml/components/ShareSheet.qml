@@ -98,6 +98,15 @@ Popup {
         }
         WideButton {
             Layout.fillWidth: true
+            title: sheet.panel.keepAreaTitle
+            accessibilityLabel: title
+            onClicked: {
+                sheet.close()
+                sheet.panel.keepArea()
+            }
+        }
+        WideButton {
+            Layout.fillWidth: true
             title: sheet.panel.cancelTitle
             accessibilityLabel: title
             alternateStyle: true

@@ -293,6 +293,12 @@ Page {
         id: settingsScreen
         SettingsScreen {}
     }
+    Component {
+        id: keepAreaScreen
+        KeepAreaScreen {
+            map: map
+        }
+    }
 
     Connections {
         target: targetController
@@ -311,11 +317,22 @@ Page {
         function onVeltorKeypadRequested() { sheet.present(veltorKeypad) }
         function onSettingsRequested() { sheet.present(settingsScreen) }
         function onAlertRequested(title: string, message: string, dismissButton: string) {
-            alert.title = title
-            alertMessage.text = message
-            alertButton.title = dismissButton
-            alert.open()
+            screen.showAlert(title, message, dismissButton)
         }
+    }
+    Connections {
+        target: mapPanel
+        function onKeepAreaRequested() { sheet.present(keepAreaScreen) }
+        function onAlertRequested(title: string, message: string, dismissButton: string) {
+            screen.showAlert(title, message, dismissButton)
+        }
+    }
+
+    function showAlert(title: string, message: string, dismissButton: string) {
+        alert.title = title
+        alertMessage.text = message
+        alertButton.title = dismissButton
+        alert.open()
     }
 
     Dialog {

@@ -9,7 +9,8 @@ FocusScope {
     id: screen
 
     readonly property list<Component> pickers: [veltorPicker, coordinatePicker, distancePicker,
-        appearancePicker, crossingPicker, stationPicker]
+        appearancePicker, crossingPicker, stationPicker,
+        mapSourcePicker]
 
     signal dismissRequested()
 
@@ -62,6 +63,10 @@ FocusScope {
     Component {
         id: stationPicker
         StationSettingsScreen {}
+    }
+    Component {
+        id: mapSourcePicker
+        MapSourcePickerScreen {}
     }
 
     FocusScope {
@@ -131,6 +136,13 @@ FocusScope {
                             title: controller.showGridTitle
                             checked: controller.showGrid
                             onClicked: controller.toggleShowGrid()
+                        }
+                        SettingsRow {
+                            width: rows.width
+                            title: controller.mapSourceTitle
+                            detail: controller.mapSourceDetail
+                            detailAccessibilityLabel: controller.mapSourceDetail
+                            onClicked: controller.showPicker(SettingsViewController.MapSourcePicker)
                         }
                         SettingsRow {
                             width: rows.width

@@ -68,9 +68,9 @@ FocusScope {
                     checked: controller.usesGpsd
                     onClicked: controller.useGpsd()
                 }
-                AddressField {
+                SettingsTextField {
                     Layout.fillWidth: true
-                    address: controller.gpsdAddress
+                    value: controller.gpsdAddress
                     placeholder: controller.addressTitle
                     error: controller.gpsdAddressError
                     accessibilityLabel: controller.gpsdAddressAccessibilityLabel
@@ -83,9 +83,9 @@ FocusScope {
                     checked: controller.sendToWsjtx
                     onClicked: controller.toggleWsjtx()
                 }
-                AddressField {
+                SettingsTextField {
                     Layout.fillWidth: true
-                    address: controller.wsjtxAddress
+                    value: controller.wsjtxAddress
                     placeholder: controller.addressTitle
                     error: controller.wsjtxAddressError
                     accessibilityLabel: controller.wsjtxAddressAccessibilityLabel
@@ -98,9 +98,9 @@ FocusScope {
                     checked: controller.sendToJs8Call
                     onClicked: controller.toggleJs8Call()
                 }
-                AddressField {
+                SettingsTextField {
                     Layout.fillWidth: true
-                    address: controller.js8CallAddress
+                    value: controller.js8CallAddress
                     placeholder: controller.addressTitle
                     error: controller.js8CallAddressError
                     accessibilityLabel: controller.js8CallAddressAccessibilityLabel

@@ -564,5 +564,311 @@
         <extracomment>Under an address field of the settings when the part before the port is no host</extracomment>
         <translation>The host must be an IP address or a host name.</translation>
     </message>
+    <message id="map-source.mbtiles-failed.title">
+        <source>Map File Unavailable</source>
+        <extracomment>Title of the message when the chosen map file cannot be used</extracomment>
+        <translation>Map File Unavailable</translation>
+    </message>
+    <message id="map-source.mbtiles-failed.message">
+        <source>%1 The offline basemap is shown instead.</source>
+        <extracomment>The reason a map file cannot be used, then what the map shows instead</extracomment>
+        <translation>%1 The offline basemap is shown instead.</translation>
+    </message>
+    <message id="keep-area.title">
+        <source>Keep Area Offline</source>
+        <extracomment>Title of the screen that keeps an area of the online map for use without a network, and of the share sheet&apos;s button that opens it</extracomment>
+        <translation>Keep Area Offline</translation>
+    </message>
+    <message id="map-source.offline">
+        <source>Offline Basemap</source>
+        <extracomment>Map source: the map built into the app, for use without a network</extracomment>
+        <translation>Offline Basemap</translation>
+    </message>
+    <message id="map-source.openstreetmap">
+        <source>OpenStreetMap</source>
+        <extracomment>Map source (a proper name)</extracomment>
+        <translation>OpenStreetMap</translation>
+    </message>
+    <message id="map-source.opentopomap">
+        <source>OpenTopoMap</source>
+        <extracomment>Map source with contour lines and hill shading (a proper name)</extracomment>
+        <translation>OpenTopoMap</translation>
+    </message>
+    <message id="map-source.mbtiles">
+        <source>MBTiles File</source>
+        <extracomment>Map source: a map file in the MBTiles format on this device</extracomment>
+        <translation>MBTiles File</translation>
+    </message>
+    <message id="map-source.custom">
+        <source>Custom Tile Server</source>
+        <extracomment>Map source: a tile server given by its address template</extracomment>
+        <translation>Custom Tile Server</translation>
+    </message>
+    <message id="mbtiles.missing">
+        <source>There is no file %1.</source>
+        <extracomment>A map file the user named is not there; %1 is its path</extracomment>
+        <translation>There is no file %1.</translation>
+    </message>
+    <message id="mbtiles.not-mbtiles">
+        <source>%1 is not an MBTiles file.</source>
+        <extracomment>A file the user named as a map is something else; %1 is its path</extracomment>
+        <translation>%1 is not an MBTiles file.</translation>
+    </message>
+    <message id="mbtiles.vector">
+        <source>%1 holds vector tiles; only MBTiles files of PNG, JPEG or WebP images can be shown.</source>
+        <extracomment>%1 is the path of a map file whose tiles are vector data, which the app cannot draw</extracomment>
+        <translation>%1 holds vector tiles; only MBTiles files of PNG, JPEG or WebP images can be shown.</translation>
+    </message>
+    <message id="mbtiles.locked">
+        <source>%1 is locked by another program.</source>
+        <extracomment>%1 is the path of a map file that another program is writing</extracomment>
+        <translation>%1 is locked by another program.</translation>
+    </message>
+    <message id="mbtiles.damaged">
+        <source>%1 is damaged.</source>
+        <extracomment>%1 is the path of a map file whose contents are broken, e.g. cut short</extracomment>
+        <translation>%1 is damaged.</translation>
+    </message>
+    <message id="mbtiles.disk-full">
+        <source>%1 could not be written: the disk is full.</source>
+        <extracomment>%1 is the path of a map file being written</extracomment>
+        <translation>%1 could not be written: the disk is full.</translation>
+    </message>
+    <message id="mbtiles.read-only">
+        <source>%1 could not be written: it is read-only.</source>
+        <extracomment>%1 is the path of a map file being written</extracomment>
+        <translation>%1 could not be written: it is read-only.</translation>
+    </message>
+    <message id="mbtiles.write-failed">
+        <source>%1 could not be written: %2</source>
+        <extracomment>%1 is the path of a map file, %2 the system&apos;s reason (in English)</extracomment>
+        <translation>%1 could not be written: %2</translation>
+    </message>
+    <message id="mbtiles.read-failed">
+        <source>%1 cannot be read: %2</source>
+        <extracomment>%1 is the path of a map file, %2 the system&apos;s reason (in English)</extracomment>
+        <translation>%1 cannot be read: %2</translation>
+    </message>
+    <message id="mbtiles.no-driver">
+        <source>MBTiles files cannot be read: Qt&apos;s SQLite driver is missing.</source>
+        <extracomment>The part of Qt that reads SQLite databases is not installed</extracomment>
+        <translation>MBTiles files cannot be read: Qt&apos;s SQLite driver is missing.</translation>
+    </message>
+    <message id="map.attribution.places">
+        <source>Places © GeoNames (CC BY 4.0)</source>
+        <extracomment>Credit shown on the offline map for its place names; GeoNames is a name, CC BY 4.0 a licence</extracomment>
+        <translation>Places © GeoNames (CC BY 4.0)</translation>
+    </message>
+    <message id="map-download.bad-template">
+        <source>The tile server&apos;s address cannot be used for a download.</source>
+        <extracomment>Why an area of the map cannot be kept: the tile server address is unusable</extracomment>
+        <translation>The tile server&apos;s address cannot be used for a download.</translation>
+    </message>
+    <message id="map-download.bad-zoom">
+        <source>Choose zoom levels from %1 to %2, the lower one first.</source>
+        <extracomment>Why an area of the map cannot be kept; %1 and %2 are the lowest and highest zoom levels there are</extracomment>
+        <translation>Choose zoom levels from %1 to %2, the lower one first.</translation>
+    </message>
+    <message id="map-download.bad-area">
+        <source>Choose an area on the map to keep.</source>
+        <extracomment>Why an area of the map cannot be kept: it has no size or lies off the map</extracomment>
+        <translation>Choose an area on the map to keep.</translation>
+    </message>
+    <message id="map-download.zoom-forbidden">
+        <source>This map&apos;s server allows keeping zoom levels up to %1 only: its usage policy forbids bulk downloads of closer ones.</source>
+        <extracomment>Why an area of the map cannot be kept; %1 is the highest zoom level the map&apos;s server lets apps download</extracomment>
+        <translation>This map&apos;s server allows keeping zoom levels up to %1 only: its usage policy forbids bulk downloads of closer ones.</translation>
+    </message>
+    <message id="map-download.too-many">
+        <source>That is %L1 tiles; this map&apos;s server allows at most %L2 in one download. Choose a smaller area or fewer zoom levels.</source>
+        <extracomment>Why an area of the map cannot be kept; %L1 is the number of map tiles it needs, %L2 the most the map&apos;s server allows in one download</extracomment>
+        <translation>That is %L1 tiles; this map&apos;s server allows at most %L2 in one download. Choose a smaller area or fewer zoom levels.</translation>
+    </message>
+    <message id="map-download.no-job">
+        <source>%1 holds no download to continue.</source>
+        <extracomment>%1 is the path of a map file that was not made by a download in the app</extracomment>
+        <translation>%1 holds no download to continue.</translation>
+    </message>
+    <message id="map-download.busy">
+        <source>A download is already running.</source>
+        <extracomment>A second download of map tiles was asked for while one runs</extracomment>
+        <translation>A download is already running.</translation>
+    </message>
+    <message id="map-download.other-map">
+        <source>%1 already holds another map; choose another file.</source>
+        <extracomment>%1 is the path of a map file chosen for a download that holds some other map</extracomment>
+        <translation>%1 already holds another map; choose another file.</translation>
+    </message>
+    <message id="map-download.complete" numerus="yes">
+        <source>Kept %n tile(s) for use without a network.</source>
+        <extracomment>A download of map tiles for use without a network ended well; %n is the number of tiles</extracomment>
+        <translation>
+            <numerusform>Kept %n tile for use without a network.</numerusform>
+            <numerusform>Kept %n tiles for use without a network.</numerusform>
+        </translation>
+    </message>
+    <message id="map-download.incomplete" numerus="yes">
+        <source>%n tile(s) could not be fetched. Start the download again later to fetch them.</source>
+        <extracomment>A download of map tiles ended with some missing; %n is how many</extracomment>
+        <translation>
+            <numerusform>%n tile could not be fetched. Start the download again later to fetch it.</numerusform>
+            <numerusform>%n tiles could not be fetched. Start the download again later to fetch them.</numerusform>
+        </translation>
+    </message>
+    <message id="map-download.cancelled">
+        <source>Download stopped. Start it again to continue where it left off.</source>
+        <extracomment>A download of map tiles was stopped by the user</extracomment>
+        <translation>Download stopped. Start it again to continue where it left off.</translation>
+    </message>
+    <message id="map-download.write-failed">
+        <source>%1 The download stopped; the tiles kept until then are safe.</source>
+        <extracomment>%1 says why a map file could not be written, e.g. a full disk</extracomment>
+        <translation>%1 The download stopped; the tiles kept until then are safe.</translation>
+    </message>
+    <message id="keep-area.visible">
+        <source>Visible Area</source>
+        <extracomment>Keep the part of the map on the screen</extracomment>
+        <translation>Visible Area</translation>
+    </message>
+    <message id="keep-area.radius">
+        <source>%L1 km Around the Point</source>
+        <extracomment>Keep the map within this many kilometres of the point</extracomment>
+        <translation>%L1 km Around the Point</translation>
+    </message>
+    <message id="keep-area.step-down">
+        <source>%1, one level lower</source>
+        <extracomment>Spoken: the button that lowers the first or the last zoom level by one</extracomment>
+        <translation>%1, one level lower</translation>
+    </message>
+    <message id="keep-area.step-up">
+        <source>%1, one level higher</source>
+        <extracomment>Spoken: the button that raises the first or the last zoom level by one</extracomment>
+        <translation>%1, one level higher</translation>
+    </message>
+    <message id="keep-area.from">
+        <source>First level</source>
+        <extracomment>The first zoom level kept</extracomment>
+        <translation>First level</translation>
+    </message>
+    <message id="keep-area.to">
+        <source>Last level</source>
+        <extracomment>The last zoom level kept</extracomment>
+        <translation>Last level</translation>
+    </message>
+    <message id="keep-area.start">
+        <source>Keep Area</source>
+        <extracomment>Button that starts the download</extracomment>
+        <translation>Keep Area</translation>
+    </message>
+    <message id="keep-area.resume">
+        <source>Resume Last Download</source>
+        <extracomment>Button that continues a download that was cut short</extracomment>
+        <translation>Resume Last Download</translation>
+    </message>
+    <message id="keep-area.cancel">
+        <source>Stop</source>
+        <extracomment>Button that stops the download, keeping what arrived</extracomment>
+        <translation>Stop</translation>
+    </message>
+    <message id="keep-area.close">
+        <source>Close</source>
+        <extracomment>Button that closes the screen</extracomment>
+        <translation>Close</translation>
+    </message>
+    <message id="keep-area.zoom">
+        <source>Zoom levels %1 to %2</source>
+        <extracomment>The zoom levels kept, first and last (0 is the whole world, 16 shows streets)</extracomment>
+        <translation>Zoom levels %1 to %2</translation>
+    </message>
+    <message id="keep-area.name">
+        <source>Area at %1</source>
+        <extracomment>Name of a kept area, after the locator of the point it was kept around</extracomment>
+        <translation>Area at %1</translation>
+    </message>
+    <message id="keep-area.plan">
+        <source>%1 tiles, about %2 MB</source>
+        <extracomment>What a download would take: tiles, and megabytes with one decimal</extracomment>
+        <translation>%1 tiles, about %2 MB</translation>
+    </message>
+    <message id="keep-area.needs-online">
+        <source>Choose OpenStreetMap, OpenTopoMap or your own tile server under Settings › Map source to keep an area of it. The offline basemap and map files need no download.</source>
+        <extracomment>On the keep-area screen when the map is not drawn from the network</extracomment>
+        <translation>Choose OpenStreetMap, OpenTopoMap or your own tile server under Settings › Map source source to keep an area of it. The offline basemap and map files need no download.</translation>
+    </message>
+    <message id="keep-area.policy">
+        <source>%1 allows keeping only small areas: zoom levels up to %2 and %3 tiles at a time.</source>
+        <extracomment>The service&apos;s own rule for downloads; %1 its name, %2 a zoom level, %3 a tile count</extracomment>
+        <translation>%1 allows keeping only small areas: zoom levels up to %2 and %3 tiles at a time.</translation>
+    </message>
+    <message id="keep-area.progress">
+        <source>%1 of %2 tiles</source>
+        <extracomment>Download progress: tiles kept so far of all of them</extracomment>
+        <translation>%1 of %2 tiles</translation>
+    </message>
+    <message id="keep-area.progress-failed">
+        <source>%1 · %2 failed</source>
+        <extracomment>Added to the progress: tiles the server did not give</extracomment>
+        <translation>%1 · %2 failed</translation>
+    </message>
+    <message id="keep-area.done">
+        <source>%1 The map now shows the kept area, with the basemap around it; Settings › Map source goes back to the online map.</source>
+        <extracomment>After a finished download, which the map then shows</extracomment>
+        <translation>%1 The map now shows the kept area, with the basemap around it; Settings › Map source source goes back to the online map.</translation>
+    </message>
+    <message id="settings.map">
+        <source>Map source</source>
+        <extracomment>Settings row and picker: where the map&apos;s tiles come from</extracomment>
+        <translation>Map source</translation>
+    </message>
+    <message id="map-source.mbtiles-path">
+        <source>MBTiles file path</source>
+        <extracomment>Field for the path of a map file in the MBTiles format</extracomment>
+        <translation>MBTiles file path</translation>
+    </message>
+    <message id="map-source.template">
+        <source>https://server/{z}/{x}/{y}.png</source>
+        <extracomment>Field for a tile server&apos;s address template; {z}, {x} and {y} stand as they are</extracomment>
+        <translation>https://server/{z}/{x}/{y}.png</translation>
+    </message>
+    <message id="map-source.attribution">
+        <source>Credit shown on the map</source>
+        <extracomment>Field for the credit a tile server asks to be shown on the map</extracomment>
+        <translation>Credit shown on the map</translation>
+    </message>
+    <message id="map-source.note.offline">
+        <source>Coastlines, borders, lakes, rivers and places, with no network at all.</source>
+        <extracomment>Under the map sources when the built-in map is chosen</extracomment>
+        <translation>Coastlines, borders, lakes, rivers and places, with no network at all.</translation>
+    </message>
+    <message id="map-source.note.online">
+        <source>Needs a network; tiles seen once stay for offline use. %1. Keep an area from the share sheet before you go: up to zoom 16 and 3,000 tiles, as the service asks.</source>
+        <extracomment>Under the map sources when a public tile service is chosen; %1 is its credit</extracomment>
+        <translation>Needs a network; tiles seen once stay for offline use. %1. Keep an area from the share sheet before you go: up to zoom 16 and 3,000 tiles, as the service asks.</translation>
+    </message>
+    <message id="map-source.note.mbtiles">
+        <source>Drawn from the file; the offline basemap fills what the file does not hold.</source>
+        <extracomment>Under the map sources when a map file is chosen</extracomment>
+        <translation>Drawn from the file; the offline basemap fills what the file does not hold.</translation>
+    </message>
+    <message id="map-source.note.custom">
+        <source>Needs a network; tiles seen once stay for offline use. %1.</source>
+        <extracomment>Under the map sources when the user&apos;s own tile server is chosen; %1 is its credit</extracomment>
+        <translation>Needs a network; tiles seen once stay for offline use. %1.</translation>
+    </message>
+    <message id="map-source.mbtiles-needed">
+        <source>Enter the path of an MBTiles file, then press Enter.</source>
+        <extracomment>Under the MBTiles path field when that source is tapped before a file is given</extracomment>
+        <translation>Enter the path of an MBTiles file, then press Enter.</translation>
+    </message>
+    <message id="map-source.template-needed">
+        <source>Enter the server&apos;s tile address with {z}, {x} and {y}, then press Enter.</source>
+        <extracomment>Under the URL template field when that source is tapped before a template is given</extracomment>
+        <translation>Enter the server&apos;s tile address with {z}, {x} and {y}, then press Enter.</translation>
+    </message>
+    <message id="map-source.template-error">
+        <source>A tile address starts with http:// or https:// and holds {z}, {x} and {y}.</source>
+        <extracomment>Under the URL template field when the text is no tile address</extracomment>
+        <translation>A tile address starts with http:// or https:// and holds {z}, {x} and {y}.</translation>
+    </message>
 </context>
 </TS>

@@ -564,5 +564,311 @@
         <extracomment>Under an address field of the settings when the part before the port is no host</extracomment>
         <translation>El host debe ser una dirección IP o un nombre de host.</translation>
     </message>
+    <message id="map-source.mbtiles-failed.title">
+        <source>Map File Unavailable</source>
+        <extracomment>Title of the message when the chosen map file cannot be used</extracomment>
+        <translation>Archivo de mapa no disponible</translation>
+    </message>
+    <message id="map-source.mbtiles-failed.message">
+        <source>%1 The offline basemap is shown instead.</source>
+        <extracomment>The reason a map file cannot be used, then what the map shows instead</extracomment>
+        <translation>%1 En su lugar se muestra el mapa base sin conexión.</translation>
+    </message>
+    <message id="keep-area.title">
+        <source>Keep Area Offline</source>
+        <extracomment>Title of the screen that keeps an area of the online map for use without a network, and of the share sheet&apos;s button that opens it</extracomment>
+        <translation>Guardar área sin conexión</translation>
+    </message>
+    <message id="map-source.offline">
+        <source>Offline Basemap</source>
+        <extracomment>Map source: the map built into the app, for use without a network</extracomment>
+        <translation>Mapa base sin conexión</translation>
+    </message>
+    <message id="map-source.openstreetmap">
+        <source>OpenStreetMap</source>
+        <extracomment>Map source (a proper name)</extracomment>
+        <translation>OpenStreetMap</translation>
+    </message>
+    <message id="map-source.opentopomap">
+        <source>OpenTopoMap</source>
+        <extracomment>Map source with contour lines and hill shading (a proper name)</extracomment>
+        <translation>OpenTopoMap</translation>
+    </message>
+    <message id="map-source.mbtiles">
+        <source>MBTiles File</source>
+        <extracomment>Map source: a map file in the MBTiles format on this device</extracomment>
+        <translation>Archivo MBTiles</translation>
+    </message>
+    <message id="map-source.custom">
+        <source>Custom Tile Server</source>
+        <extracomment>Map source: a tile server given by its address template</extracomment>
+        <translation>Servidor de teselas propio</translation>
+    </message>
+    <message id="mbtiles.missing">
+        <source>There is no file %1.</source>
+        <extracomment>A map file the user named is not there; %1 is its path</extracomment>
+        <translation>No existe el archivo %1.</translation>
+    </message>
+    <message id="mbtiles.not-mbtiles">
+        <source>%1 is not an MBTiles file.</source>
+        <extracomment>A file the user named as a map is something else; %1 is its path</extracomment>
+        <translation>%1 no es un archivo MBTiles.</translation>
+    </message>
+    <message id="mbtiles.vector">
+        <source>%1 holds vector tiles; only MBTiles files of PNG, JPEG or WebP images can be shown.</source>
+        <extracomment>%1 is the path of a map file whose tiles are vector data, which the app cannot draw</extracomment>
+        <translation>%1 contiene teselas vectoriales; solo se pueden mostrar archivos MBTiles con imágenes PNG, JPEG o WebP.</translation>
+    </message>
+    <message id="mbtiles.locked">
+        <source>%1 is locked by another program.</source>
+        <extracomment>%1 is the path of a map file that another program is writing</extracomment>
+        <translation>%1 está bloqueado por otro programa.</translation>
+    </message>
+    <message id="mbtiles.damaged">
+        <source>%1 is damaged.</source>
+        <extracomment>%1 is the path of a map file whose contents are broken, e.g. cut short</extracomment>
+        <translation>%1 está dañado.</translation>
+    </message>
+    <message id="mbtiles.disk-full">
+        <source>%1 could not be written: the disk is full.</source>
+        <extracomment>%1 is the path of a map file being written</extracomment>
+        <translation>No se pudo escribir %1: el disco está lleno.</translation>
+    </message>
+    <message id="mbtiles.read-only">
+        <source>%1 could not be written: it is read-only.</source>
+        <extracomment>%1 is the path of a map file being written</extracomment>
+        <translation>No se pudo escribir %1: es de solo lectura.</translation>
+    </message>
+    <message id="mbtiles.write-failed">
+        <source>%1 could not be written: %2</source>
+        <extracomment>%1 is the path of a map file, %2 the system&apos;s reason (in English)</extracomment>
+        <translation>No se pudo escribir %1: %2</translation>
+    </message>
+    <message id="mbtiles.read-failed">
+        <source>%1 cannot be read: %2</source>
+        <extracomment>%1 is the path of a map file, %2 the system&apos;s reason (in English)</extracomment>
+        <translation>No se puede leer %1: %2</translation>
+    </message>
+    <message id="mbtiles.no-driver">
+        <source>MBTiles files cannot be read: Qt&apos;s SQLite driver is missing.</source>
+        <extracomment>The part of Qt that reads SQLite databases is not installed</extracomment>
+        <translation>No se pueden leer archivos MBTiles: falta el controlador SQLite de Qt.</translation>
+    </message>
+    <message id="map.attribution.places">
+        <source>Places © GeoNames (CC BY 4.0)</source>
+        <extracomment>Credit shown on the offline map for its place names; GeoNames is a name, CC BY 4.0 a licence</extracomment>
+        <translation>Lugares © GeoNames (CC BY 4.0)</translation>
+    </message>
+    <message id="map-download.bad-template">
+        <source>The tile server&apos;s address cannot be used for a download.</source>
+        <extracomment>Why an area of the map cannot be kept: the tile server address is unusable</extracomment>
+        <translation>La dirección del servidor de teselas no se puede usar para una descarga.</translation>
+    </message>
+    <message id="map-download.bad-zoom">
+        <source>Choose zoom levels from %1 to %2, the lower one first.</source>
+        <extracomment>Why an area of the map cannot be kept; %1 and %2 are the lowest and highest zoom levels there are</extracomment>
+        <translation>Elige niveles de zoom de %1 a %2, primero el más bajo.</translation>
+    </message>
+    <message id="map-download.bad-area">
+        <source>Choose an area on the map to keep.</source>
+        <extracomment>Why an area of the map cannot be kept: it has no size or lies off the map</extracomment>
+        <translation>Elige en el mapa un área para guardar.</translation>
+    </message>
+    <message id="map-download.zoom-forbidden">
+        <source>This map&apos;s server allows keeping zoom levels up to %1 only: its usage policy forbids bulk downloads of closer ones.</source>
+        <extracomment>Why an area of the map cannot be kept; %1 is the highest zoom level the map&apos;s server lets apps download</extracomment>
+        <translation>El servidor de este mapa solo permite guardar hasta el nivel de zoom %1: su política de uso prohíbe las descargas masivas de niveles más cercanos.</translation>
+    </message>
+    <message id="map-download.too-many">
+        <source>That is %L1 tiles; this map&apos;s server allows at most %L2 in one download. Choose a smaller area or fewer zoom levels.</source>
+        <extracomment>Why an area of the map cannot be kept; %L1 is the number of map tiles it needs, %L2 the most the map&apos;s server allows in one download</extracomment>
+        <translation>Son %L1 teselas; el servidor de este mapa permite como máximo %L2 por descarga. Elige un área más pequeña o menos niveles de zoom.</translation>
+    </message>
+    <message id="map-download.no-job">
+        <source>%1 holds no download to continue.</source>
+        <extracomment>%1 is the path of a map file that was not made by a download in the app</extracomment>
+        <translation>%1 no contiene ninguna descarga que continuar.</translation>
+    </message>
+    <message id="map-download.busy">
+        <source>A download is already running.</source>
+        <extracomment>A second download of map tiles was asked for while one runs</extracomment>
+        <translation>Ya hay una descarga en curso.</translation>
+    </message>
+    <message id="map-download.other-map">
+        <source>%1 already holds another map; choose another file.</source>
+        <extracomment>%1 is the path of a map file chosen for a download that holds some other map</extracomment>
+        <translation>%1 ya contiene otro mapa; elige otro archivo.</translation>
+    </message>
+    <message id="map-download.complete" numerus="yes">
+        <source>Kept %n tile(s) for use without a network.</source>
+        <extracomment>A download of map tiles for use without a network ended well; %n is the number of tiles</extracomment>
+        <translation>
+            <numerusform>Se guardó %n tesela para usarla sin conexión.</numerusform>
+            <numerusform>Se guardaron %n teselas para usarlas sin conexión.</numerusform>
+        </translation>
+    </message>
+    <message id="map-download.incomplete" numerus="yes">
+        <source>%n tile(s) could not be fetched. Start the download again later to fetch them.</source>
+        <extracomment>A download of map tiles ended with some missing; %n is how many</extracomment>
+        <translation>
+            <numerusform>No se pudo obtener %n tesela. Vuelve a iniciar la descarga más tarde para obtenerla.</numerusform>
+            <numerusform>No se pudieron obtener %n teselas. Vuelve a iniciar la descarga más tarde para obtenerlas.</numerusform>
+        </translation>
+    </message>
+    <message id="map-download.cancelled">
+        <source>Download stopped. Start it again to continue where it left off.</source>
+        <extracomment>A download of map tiles was stopped by the user</extracomment>
+        <translation>Descarga detenida. Vuelve a iniciarla para continuar donde se quedó.</translation>
+    </message>
+    <message id="map-download.write-failed">
+        <source>%1 The download stopped; the tiles kept until then are safe.</source>
+        <extracomment>%1 says why a map file could not be written, e.g. a full disk</extracomment>
+        <translation>%1 La descarga se detuvo; las teselas guardadas hasta ese momento están a salvo.</translation>
+    </message>
+    <message id="keep-area.visible">
+        <source>Visible Area</source>
+        <extracomment>Keep the part of the map on the screen</extracomment>
+        <translation>Área visible</translation>
+    </message>
+    <message id="keep-area.radius">
+        <source>%L1 km Around the Point</source>
+        <extracomment>Keep the map within this many kilometres of the point</extracomment>
+        <translation>%L1 km alrededor del punto</translation>
+    </message>
+    <message id="keep-area.step-down">
+        <source>%1, one level lower</source>
+        <extracomment>Spoken: the button that lowers the first or the last zoom level by one</extracomment>
+        <translation>%1, un nivel más bajo</translation>
+    </message>
+    <message id="keep-area.step-up">
+        <source>%1, one level higher</source>
+        <extracomment>Spoken: the button that raises the first or the last zoom level by one</extracomment>
+        <translation>%1, un nivel más alto</translation>
+    </message>
+    <message id="keep-area.from">
+        <source>First level</source>
+        <extracomment>The first zoom level kept</extracomment>
+        <translation>Primer nivel</translation>
+    </message>
+    <message id="keep-area.to">
+        <source>Last level</source>
+        <extracomment>The last zoom level kept</extracomment>
+        <translation>Último nivel</translation>
+    </message>
+    <message id="keep-area.start">
+        <source>Keep Area</source>
+        <extracomment>Button that starts the download</extracomment>
+        <translation>Guardar área</translation>
+    </message>
+    <message id="keep-area.resume">
+        <source>Resume Last Download</source>
+        <extracomment>Button that continues a download that was cut short</extracomment>
+        <translation>Reanudar la última descarga</translation>
+    </message>
+    <message id="keep-area.cancel">
+        <source>Stop</source>
+        <extracomment>Button that stops the download, keeping what arrived</extracomment>
+        <translation>Detener</translation>
+    </message>
+    <message id="keep-area.close">
+        <source>Close</source>
+        <extracomment>Button that closes the screen</extracomment>
+        <translation>Cerrar</translation>
+    </message>
+    <message id="keep-area.zoom">
+        <source>Zoom levels %1 to %2</source>
+        <extracomment>The zoom levels kept, first and last (0 is the whole world, 16 shows streets)</extracomment>
+        <translation>Niveles de zoom %1 a %2</translation>
+    </message>
+    <message id="keep-area.name">
+        <source>Area at %1</source>
+        <extracomment>Name of a kept area, after the locator of the point it was kept around</extracomment>
+        <translation>Área alrededor de %1</translation>
+    </message>
+    <message id="keep-area.plan">
+        <source>%1 tiles, about %2 MB</source>
+        <extracomment>What a download would take: tiles, and megabytes with one decimal</extracomment>
+        <translation>%1 teselas, unos %2 MB</translation>
+    </message>
+    <message id="keep-area.needs-online">
+        <source>Choose OpenStreetMap, OpenTopoMap or your own tile server under Settings › Map source to keep an area of it. The offline basemap and map files need no download.</source>
+        <extracomment>On the keep-area screen when the map is not drawn from the network</extracomment>
+        <translation>Elige OpenStreetMap, OpenTopoMap o tu propio servidor de teselas en Ajustes › Fuente del mapa para guardar un área. El mapa base sin conexión y los archivos de mapa no necesitan descarga.</translation>
+    </message>
+    <message id="keep-area.policy">
+        <source>%1 allows keeping only small areas: zoom levels up to %2 and %3 tiles at a time.</source>
+        <extracomment>The service&apos;s own rule for downloads; %1 its name, %2 a zoom level, %3 a tile count</extracomment>
+        <translation>%1 solo permite guardar áreas pequeñas: niveles de zoom hasta %2 y %3 teselas cada vez.</translation>
+    </message>
+    <message id="keep-area.progress">
+        <source>%1 of %2 tiles</source>
+        <extracomment>Download progress: tiles kept so far of all of them</extracomment>
+        <translation>%1 de %2 teselas</translation>
+    </message>
+    <message id="keep-area.progress-failed">
+        <source>%1 · %2 failed</source>
+        <extracomment>Added to the progress: tiles the server did not give</extracomment>
+        <translation>%1 · %2 fallidas</translation>
+    </message>
+    <message id="keep-area.done">
+        <source>%1 The map now shows the kept area, with the basemap around it; Settings › Map source goes back to the online map.</source>
+        <extracomment>After a finished download, which the map then shows</extracomment>
+        <translation>%1 El mapa muestra ahora el área guardada, rodeada por el mapa base; en Ajustes › Fuente del mapa puedes volver al mapa en línea.</translation>
+    </message>
+    <message id="settings.map">
+        <source>Map source</source>
+        <extracomment>Settings row and picker: where the map&apos;s tiles come from</extracomment>
+        <translation>Fuente del mapa</translation>
+    </message>
+    <message id="map-source.mbtiles-path">
+        <source>MBTiles file path</source>
+        <extracomment>Field for the path of a map file in the MBTiles format</extracomment>
+        <translation>Ruta del archivo MBTiles</translation>
+    </message>
+    <message id="map-source.template">
+        <source>https://server/{z}/{x}/{y}.png</source>
+        <extracomment>Field for a tile server&apos;s address template; {z}, {x} and {y} stand as they are</extracomment>
+        <translation>https://servidor/{z}/{x}/{y}.png</translation>
+    </message>
+    <message id="map-source.attribution">
+        <source>Credit shown on the map</source>
+        <extracomment>Field for the credit a tile server asks to be shown on the map</extracomment>
+        <translation>Atribución que se muestra en el mapa</translation>
+    </message>
+    <message id="map-source.note.offline">
+        <source>Coastlines, borders, lakes, rivers and places, with no network at all.</source>
+        <extracomment>Under the map sources when the built-in map is chosen</extracomment>
+        <translation>Costas, fronteras, lagos, ríos y lugares, sin ninguna conexión.</translation>
+    </message>
+    <message id="map-source.note.online">
+        <source>Needs a network; tiles seen once stay for offline use. %1. Keep an area from the share sheet before you go: up to zoom 16 and 3,000 tiles, as the service asks.</source>
+        <extracomment>Under the map sources when a public tile service is chosen; %1 is its credit</extracomment>
+        <translation>Necesita conexión; las teselas vistas una vez quedan disponibles sin conexión. %1. Antes de salir, guarda un área desde «Compartir»: hasta el zoom 16 y 3000 teselas, como pide el servicio.</translation>
+    </message>
+    <message id="map-source.note.mbtiles">
+        <source>Drawn from the file; the offline basemap fills what the file does not hold.</source>
+        <extracomment>Under the map sources when a map file is chosen</extracomment>
+        <translation>Se dibuja a partir del archivo; el mapa base sin conexión completa lo que el archivo no contiene.</translation>
+    </message>
+    <message id="map-source.note.custom">
+        <source>Needs a network; tiles seen once stay for offline use. %1.</source>
+        <extracomment>Under the map sources when the user&apos;s own tile server is chosen; %1 is its credit</extracomment>
+        <translation>Necesita conexión; las teselas vistas una vez quedan disponibles sin conexión. %1.</translation>
+    </message>
+    <message id="map-source.mbtiles-needed">
+        <source>Enter the path of an MBTiles file, then press Enter.</source>
+        <extracomment>Under the MBTiles path field when that source is tapped before a file is given</extracomment>
+        <translation>Escribe la ruta de un archivo MBTiles y pulsa Intro.</translation>
+    </message>
+    <message id="map-source.template-needed">
+        <source>Enter the server&apos;s tile address with {z}, {x} and {y}, then press Enter.</source>
+        <extracomment>Under the URL template field when that source is tapped before a template is given</extracomment>
+        <translation>Escribe la dirección de teselas del servidor con {z}, {x} y {y} y pulsa Intro.</translation>
+    </message>
+    <message id="map-source.template-error">
+        <source>A tile address starts with http:// or https:// and holds {z}, {x} and {y}.</source>
+        <extracomment>Under the URL template field when the text is no tile address</extracomment>
+        <translation>Una dirección de teselas empieza por http:// o https:// y contiene {z}, {x} y {y}.</translation>
+    </message>
 </context>
 </TS>

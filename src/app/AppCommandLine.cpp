@@ -7,6 +7,7 @@
 #include "VeltorVersion.h"
 
 #include <QCommandLineParser>
+#include <QFileInfo>
 
 namespace {
 
@@ -61,20 +62,23 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
     exitWhenReadyOption.setFlags(QCommandLineOption::HiddenFromHelp);
     const QCommandLineOption zoomOption(
         QStringLiteral("zoom"),
-        QStringLiteral("Start the map at zoom LEVEL, 0 (the whole world) to 22; fractions allowed."),
+        QStringLiteral(
+            "Start the map at zoom LEVEL, 0 (the whole world) to 22; fractions allowed."),
         QStringLiteral("LEVEL"));
-    const QCommandLineOption sizeOption(QStringLiteral("size"),
-                                        QStringLiteral("Open the window at WxH points, e.g. 390x844."),
-                                        QStringLiteral("WxH"));
+    const QCommandLineOption sizeOption(
+        QStringLiteral("size"), QStringLiteral("Open the window at WxH points, e.g. 390x844."),
+        QStringLiteral("WxH"));
     const QCommandLineOption tilesOption(
         QStringLiteral("tiles"),
         QStringLiteral("Draw the map from the raster tile server at URL_TEMPLATE, with {z}, {x} "
-                       "and {y} in it; the offline basemap fills in any tile it cannot get. "
-                       "\"offline\" uses the basemap alone. Kept in the settings."),
-        QStringLiteral("URL_TEMPLATE"));
+                       "and {y} in it, or from a raster MBTiles file (PATH.mbtiles); the offline "
+                       "basemap fills in any tile they lack. \"offline\" uses the basemap alone. "
+                       "Kept in the settings."),
+        QStringLiteral("URL_TEMPLATE|PATH.mbtiles"));
     const QCommandLineOption attributionOption(
         QStringLiteral("tiles-attribution"),
-        QStringLiteral("The credit the tile server asks for, shown on the map. Kept in the settings."),
+        QStringLiteral(
+            "The credit the tile server asks for, shown on the map. Kept in the settings."),
         QStringLiteral("TEXT"));
     const QCommandLineOption appearanceOption(
         QStringLiteral("appearance"),
@@ -91,8 +95,8 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
             .arg(RootViewController::screenNames().join(QStringLiteral(", "))),
         QStringLiteral("SCREEN"));
     parser.addOptions({helpOption, versionOption, screenshotOption, settingsOption, gpsOption,
-                       trackOption, fullScreenOption, exitWhenReadyOption, zoomOption, sizeOption, tilesOption, attributionOption,
-                       appearanceOption, idiomOption, openOption});
+                       trackOption, fullScreenOption, exitWhenReadyOption, zoomOption, sizeOption,
+                       tilesOption, attributionOption, appearanceOption, idiomOption, openOption});
 
     if (!parser.parse(arguments))
         return usageError(parser.errorText(), parser);
@@ -138,6 +142,9 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
         const QString tiles = parser.value(tilesOption);
         if (tiles == QLatin1String("offline")) {
             result.tileTemplate = QString();
+        } else if (tiles.endsWith(QLatin1String(".mbtiles"), Qt::CaseInsensitive)) {
+            // Whether the file can be read is said on the map, which then shows the basemap.
+            result.mbtilesPath = QFileInfo(tiles).absoluteFilePath();
         } else if (const auto problem = OnlineTileSource::problemWithTemplate(tiles)) {
             return usageError(QStringLiteral("--tiles %1: %2").arg(tiles, *problem), parser);
         } else {
@@ -168,15 +175,16 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
         else if (idiom == QLatin1String("tablet"))
             result.idiom = DeviceIdiom::Tablet;
         else
-            return usageError(QStringLiteral("--idiom %1: give phone or tablet").arg(idiom), parser);
+            return usageError(QStringLiteral("--idiom %1: give phone or tablet").arg(idiom),
+                              parser);
     }
     if (parser.isSet(openOption)) {
         const QString screen = parser.value(openOption);
         if (!RootViewController::screenNames().contains(screen)) {
-            return usageError(QStringLiteral("--open %1: give one of %2")
-                                  .arg(screen, RootViewController::screenNames().join(
-                                                   QStringLiteral(", "))),
-                              parser);
+            return usageError(
+                QStringLiteral("--open %1: give one of %2")
+                    .arg(screen, RootViewController::screenNames().join(QStringLiteral(", "))),
+                parser);
         }
         result.initialScreen = screen;
     }

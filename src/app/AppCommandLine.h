@@ -36,7 +36,9 @@ struct AppCommandLine
     double zoomLevel = MapPanelController::defaultZoomLevel;
     std::optional<QSize> windowSize;
     // An empty template switches back to the offline basemap.
+    // Empty for the offline basemap.
     std::optional<QString> tileTemplate;
+    std::optional<QString> mbtilesPath;
     std::optional<QString> tileAttribution;
     // Unset: the user's own setting.
     std::optional<Theme::Appearance> appearance;

@@ -3,14 +3,15 @@
 #include "GlyphImageProvider.h"
 #include "LocationTrackingSystem.h"
 #include "MapPanelController.h"
+#include "MapSource.h"
 #include "UserDefaults.h"
 #include "WindowPlacement.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
-#include <QScreen>
 #include <QImage>
 #include <QQuickWindow>
+#include <QScreen>
 #include <QTimer>
 #include <QUrl>
 
@@ -38,11 +39,20 @@ int AppWindow::start(const AppCommandLine &commandLine)
     if (commandLine.settingsFile)
         UserDefaults::setStandardFileName(*commandLine.settingsFile);
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
-    if (commandLine.tileTemplate)
-        defaults.setObject(*commandLine.tileTemplate, QString(MapPanelController::tileTemplateKey));
-    if (commandLine.tileAttribution) {
-        defaults.setObject(*commandLine.tileAttribution,
-                           QString(MapPanelController::tileAttributionKey));
+    if (commandLine.tileTemplate || commandLine.mbtilesPath || commandLine.tileAttribution) {
+        MapSource source = MapSource::read(defaults);
+        if (commandLine.mbtilesPath) {
+            source.kind = MapSource::Kind::Mbtiles;
+            source.path = *commandLine.mbtilesPath;
+        } else if (commandLine.tileTemplate) {
+            source.kind = commandLine.tileTemplate->isEmpty() ? MapSource::Kind::Offline
+                                                              : MapSource::Kind::Custom;
+            if (!commandLine.tileTemplate->isEmpty())
+                source.urlTemplate = *commandLine.tileTemplate;
+        }
+        if (commandLine.tileAttribution)
+            source.attribution = *commandLine.tileAttribution;
+        source.write(defaults);
     }
     if (commandLine.gpsSource)
         LocationTrackingSystem::setSharedSource(*commandLine.gpsSource);

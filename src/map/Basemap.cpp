@@ -1,5 +1,7 @@
 #include "Basemap.h"
 
+#include "PlaceLabelLayout.h"
+
 #include <QFile>
 #include <QPainter>
 #include <QPainterPath>
@@ -12,10 +14,11 @@
 
 namespace {
 
-// Stroke widths in screen points; a coastline is never thinner than one device pixel, a border
-// may be (it then draws fainter).
+// Stroke widths in screen points; a coastline or a river is never thinner than one device pixel,
+// a border may be (it then draws fainter).
 constexpr double coastlineWidth = 0.5;
 constexpr double borderWidth = 0.5;
+constexpr double riverWidth = 0.75;
 // Land is filled in bands of this many device rows (see fillLand).
 constexpr double landBandRows = 32.0;
 // Land is cut this many device pixels outside the tile, so antialiasing at the tile's edge still
@@ -361,6 +364,13 @@ std::shared_ptr<const Basemap> Basemap::shared()
     return basemap;
 }
 
+std::shared_ptr<const Basemap> Basemap::sharedWater()
+{
+    static const std::shared_ptr<const Basemap> water =
+        load(QStringLiteral(":/basemap/naturalearth-50m-water.vbm"));
+    return water;
+}
+
 QColor Basemap::oceanColor()
 {
     return MapPalette::day().ocean;
@@ -396,7 +406,7 @@ int Basemap::levelOfDetailFor(double deviceScale) const
 }
 
 void Basemap::drawMapRect(const MapRect &rect, double zoomScale, QPainter &painter,
-                          const MapPalette &palette) const
+                          const MapPalette &palette, const Basemap *water) const
 {
     const double deviceScale = std::fabs(painter.transform().m11());
     if (rect.isEmpty() || !isFinite(rect) || !(zoomScale > 0.0) || !std::isfinite(zoomScale) ||
@@ -419,6 +429,8 @@ void Basemap::drawMapRect(const MapRect &rect, double zoomScale, QPainter &paint
         TileDrawing drawing(level, cellRange(level, area), painter);
         const double landMargin = landMarginPixels * pixel;
         drawing.fillLand(boxOf(rect.insetBy(-landMargin, -landMargin)), palette.land);
+        if (water)
+            water->drawWater(rect, deviceScale, devicePixelRatio, painter, palette);
         const Box lineBox = boxOf(rect.insetBy(-lineMargin, -lineMargin));
         drawing.strokeLines(level.coast, lineBox, palette.coastline, coastPixels);
         drawing.strokeLines(level.borders, lineBox, palette.border, borderPixels);
@@ -426,8 +438,28 @@ void Basemap::drawMapRect(const MapRect &rect, double zoomScale, QPainter &paint
     painter.restore();
 }
 
+void Basemap::drawWater(const MapRect &rect, double deviceScale, double devicePixelRatio,
+                        QPainter &painter, const MapPalette &palette) const
+{
+    const double pixel = 1.0 / deviceScale;
+    const double shorePixels = std::max(1.0, coastlineWidth * devicePixelRatio);
+    const double riverPixels = std::max(1.0, riverWidth * devicePixelRatio);
+    const double lineMargin = (std::max(shorePixels, riverPixels) * 0.5 + 2.0) * pixel;
+    const MapRect area = rect.insetBy(-lineMargin, -lineMargin).intersected(MapRect::world());
+    if (area.isEmpty())
+        return;
+    const BasemapLevel &level = levelFor(deviceScale);
+    TileDrawing drawing(level, cellRange(level, area), painter);
+    const Box lineBox = boxOf(rect.insetBy(-lineMargin, -lineMargin));
+    // A river's line runs on through the lakes it feeds; the lakes cover it there.
+    drawing.strokeLines(level.borders, lineBox, palette.river, riverPixels);
+    const double landMargin = landMarginPixels * pixel;
+    drawing.fillLand(boxOf(rect.insetBy(-landMargin, -landMargin)), palette.ocean);
+    drawing.strokeLines(level.coast, lineBox, palette.coastline, shorePixels);
+}
+
 QImage Basemap::renderTile(const MapRect &rect, double zoomScale, double devicePixelRatio,
-                           const MapPalette &palette) const
+                           const MapPalette &palette, const BasemapOverlays &overlays) const
 {
     const double width = std::round(rect.width * zoomScale * devicePixelRatio);
     const double height = std::round(rect.height * zoomScale * devicePixelRatio);
@@ -439,7 +471,9 @@ QImage Basemap::renderTile(const MapRect &rect, double zoomScale, double deviceP
     {
         QPainter painter(&image);
         painter.setTransform(tileTransform(rect, zoomScale, devicePixelRatio));
-        drawMapRect(rect, zoomScale, painter, palette);
+        drawMapRect(rect, zoomScale, painter, palette, overlays.water);
+        if (overlays.places)
+            overlays.places->drawMapRect(rect, zoomScale, painter, palette);
     }
     image.setDevicePixelRatio(devicePixelRatio);
     return image;

@@ -15,6 +15,8 @@ struct MapPalette
         accuracyFill;
     // Raster tiles from a server keep their own colours: this tints them (transparent: as sent).
     QColor rasterTint;
+    // The offline basemap's rivers (lakes take the ocean's colour), and place names over a halo.
+    QColor river, placeText, placeHalo;
 
     static const MapPalette &day();
     static const MapPalette &night();

@@ -2,8 +2,11 @@
 
 #include "ApplicationStateSystem.h"
 #include "LocationTrackingSystem.h"
+#include "MapSource.h"
+#include "MbtilesTileSource.h"
 #include "OfflineBasemapSource.h"
 #include "OnlineTileSource.h"
+#include "PlaceIndex.h"
 #include "PreferencesSystem.h"
 #include "UserDefaults.h"
 
@@ -50,6 +53,10 @@ MapPanelController::MapPanelController(ApplicationStateSystem &state,
                              &m_preferences, regrid, m_preferences.notificationCenter());
     m_observers.emplace_back(QString(PreferencesSystemShowGridDidChangeNotification),
                              &m_preferences, regrid, m_preferences.notificationCenter());
+    m_observers.emplace_back(
+        QString(MapSourceDidChangeNotification), &m_preferences,
+        [this](const QString &, const QObject *) { useMapSource(); },
+        m_preferences.notificationCenter());
 }
 
 MapPanelController::~MapPanelController()
@@ -120,11 +127,11 @@ void MapPanelController::attach()
         return;
     m_map->setZoomLevel(m_initialZoomLevel);
     m_map->setPalette(MapPalette::forAppearance(m_appearance));
-    useTileServer(*m_map, m_defaults);
-    m_mapConnections.push_back(connect(m_map, &MapView::longPressed, this,
-                                       [this](double latitude, double longitude) {
-                                           mapLongPressed({latitude, longitude});
-                                       }));
+    useMapSource();
+    m_mapConnections.push_back(
+        connect(m_map, &MapView::longPressed, this, [this](double latitude, double longitude) {
+            mapLongPressed({latitude, longitude});
+        }));
     m_mapConnections.push_back(
         connect(m_map, &MapView::regionWillChange, this, &MapPanelController::regionChanged));
     m_mapConnections.push_back(
@@ -273,25 +280,43 @@ void MapPanelController::showInMaps()
         QDesktopServices::openUrl(webMapUrl(coordinate));
 }
 
-void MapPanelController::useTileServer(MapView &map, const UserDefaults &defaults)
+void MapPanelController::useMapSource()
 {
-    const QString tiles = defaults.stringForKey(QString(tileTemplateKey)).value_or(QString());
-    if (tiles.isEmpty())
-        return; // the offline basemap, the map's own default
-    if (const auto problem = OnlineTileSource::problemWithTemplate(tiles)) {
-        // A bad address in the settings file must not cost the user the map.
-        std::fprintf(stderr, "veltor: tile server %s: %s; drawing the offline map\n",
-                     qPrintable(tiles), qPrintable(*problem));
+    if (!m_map)
         return;
+    const MapSource source = MapSource::read(m_defaults);
+    const MapPalette palette = MapPalette::forAppearance(m_appearance);
+    if (source.kind == MapSource::Kind::Mbtiles) {
+        QString error;
+        if (auto file = MbtilesTileSource::open(source.path, &error)) {
+            const QString credit = file->attribution();
+            m_map->setBaseTileSource(std::move(file), createOfflineBasemapSource(palette), credit);
+            return;
+        }
+        //: Title of the message when the chosen map file cannot be used
+        //% "Map File Unavailable"
+        const QString title = qtTrId("map-source.mbtiles-failed.title");
+        //: The reason a map file cannot be used, then what the map shows instead
+        //% "%1 The offline basemap is shown instead."
+        const QString message = qtTrId("map-source.mbtiles-failed.message").arg(error);
+        //: Action to dismiss dialog
+        //% "OK"
+        emit alertRequested(title, message, qtTrId("general.ok"));
+    } else if (source.isOnline()) {
+        const QString tiles = source.tileTemplate();
+        if (const auto problem = OnlineTileSource::problemWithTemplate(tiles)) {
+            // A bad address in the settings file must not cost the user the map.
+            std::fprintf(stderr, "veltor: tile server %s: %s; drawing the offline map\n",
+                         qPrintable(tiles), qPrintable(*problem));
+        } else {
+            auto online = std::make_unique<OnlineTileSource>(tiles, source.credit());
+            online->setMaxZoomLevel(source.maxZoomLevel());
+            m_map->setBaseTileSource(std::move(online), createOfflineBasemapSource(palette),
+                                     source.credit());
+            return;
+        }
     }
-    QString attribution = defaults.stringForKey(QString(tileAttributionKey)).value_or(QString());
-    if (attribution.isEmpty()) {
-        //: Credit shown on the map for a tile server that named none; %1 is its host name
-        //% "Map tiles: %1"
-        attribution = qtTrId("map.attribution.default").arg(QUrl(tiles).host());
-    }
-    map.setBaseTileSource(std::make_unique<OnlineTileSource>(tiles, attribution),
-                          createOfflineBasemapSource(), attribution);
+    m_map->setBaseTileSource(nullptr, {}, PlaceIndex::attribution());
 }
 
 QString MapPanelController::zoomInAccessibilityTitle()
@@ -410,4 +435,12 @@ void MapPanelController::toggleTracking()
         m_tracking.endTracking();
     else
         m_tracking.beginTracking();
+}
+
+QString MapPanelController::keepAreaTitle()
+{
+    //: Title of the screen that keeps an area of the online map for use without a network,
+    //: and of the share sheet's button that opens it
+    //% "Keep Area Offline"
+    return qtTrId("keep-area.title");
 }

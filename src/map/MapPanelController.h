@@ -55,11 +55,10 @@ class MapPanelController : public QObject, public QQmlParserStatus
     Q_PROPERTY(QString copyVeltorTitle READ copyVeltorTitle CONSTANT)
     Q_PROPERTY(QString showInMapsTitle READ showInMapsTitle CONSTANT)
     Q_PROPERTY(QString cancelTitle READ cancelTitle CONSTANT)
+    Q_PROPERTY(QString keepAreaTitle READ keepAreaTitle CONSTANT)
 
 public:
     // Settings of the online map: the tile server's URL template and the credit it asks for.
-    static constexpr QLatin1StringView tileTemplateKey{"MapTileURLTemplate"};
-    static constexpr QLatin1StringView tileAttributionKey{"MapTileAttribution"};
     static constexpr double defaultZoomLevel = 11.0;
 
     // Over the app's shared systems.
@@ -100,6 +99,9 @@ public:
     Q_INVOKABLE void toggleTracking();
     // Asks for the share sheet; its actions use the point as it is when they are chosen.
     Q_INVOKABLE void share() { emit shareSheetRequested(); }
+    // Opens the screen that keeps an area of the online map for use without a network.
+    Q_INVOKABLE void keepArea() { emit keepAreaRequested(); }
+    static QString keepAreaTitle();
     // The latitude and longitude in the user's notation, onto the clipboard.
     Q_INVOKABLE void copyLatitudeLongitude();
     // The locator at the user's precision, onto the clipboard.
@@ -124,8 +126,6 @@ public:
     // The renderer of the map's one overlay, the grid; any other overlay is a fault.
     OverlayRenderer *rendererForOverlay(const VeltorGridOverlay *overlay);
 
-    // Puts the map on the tile server the settings name, if any; a bad one keeps the basemap.
-    static void useTileServer(MapView &map, const UserDefaults &defaults);
 
 signals:
     void mapChanged();
@@ -134,6 +134,9 @@ signals:
     void appearanceChanged();
     void trackingChanged();
     void shareSheetRequested();
+    void keepAreaRequested();
+    // Ask the user's attention: a title, a message and one button that only dismisses.
+    void alertRequested(const QString &title, const QString &message, const QString &dismissButton);
 
 private:
     void attach();
@@ -144,6 +147,9 @@ private:
     void regionChanged();
     // A new grid renderer for the idiom and the appearance, with the old one off the map first.
     void replaceGridRenderer();
+    // Puts the map on the source the settings name; one that cannot be used leaves the offline
+    // basemap, and a map file that cannot be read says why.
+    void useMapSource();
 
     ApplicationStateSystem &m_state;
     PreferencesSystem &m_preferences;

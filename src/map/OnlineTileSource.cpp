@@ -127,13 +127,13 @@ Outcome outcomeOf(const QNetworkReply &reply)
     return Outcome::Permanent;
 }
 
-const QByteArray &userAgent()
+} // namespace
+
+const QByteArray &OnlineTileSource::userAgent()
 {
     static const QByteArray agent = QByteArrayLiteral("Veltor/" VELTOR_VERSION);
     return agent;
 }
-
-} // namespace
 
 OnlineTileSource::OnlineTileSource(const QString &urlTemplate, const QString &attribution,
                                    const QString &cacheDirectory, QNetworkAccessManager *network,

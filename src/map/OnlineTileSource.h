@@ -47,6 +47,8 @@ public:
                      QObject *parent = nullptr);
     ~OnlineTileSource() override;
 
+    // What every request says of who is asking, as tile servers' usage policies want.
+    static const QByteArray &userAgent();
     // The platform's cache location with "/tiles" appended.
     static QString defaultCacheDirectory();
     // Why a URL template cannot serve tiles (not http or https, or a placeholder missing), or

@@ -5,6 +5,7 @@
 #include "CoordinateFormatter.h"
 #include "CrossingAlertSettingsViewController.h"
 #include "DistanceFormatSettingsViewController.h"
+#include "MapSourceSettingsViewController.h"
 #include "PreferencesSystem.h"
 #include "StationSettingsViewController.h"
 #include "VeltorFormatSettingsViewController.h"
@@ -34,6 +35,8 @@ SettingsViewController::SettingsViewController(PreferencesSystem &preferences, Q
                                     &m_preferences, reload, center);
     m_gpsSourceObserver.emplace(QString(PreferencesSystemGpsSourceDidChangeNotification),
                                 &m_preferences, reload, center);
+    m_mapSourceObserver.emplace(QString(MapSourceDidChangeNotification), &m_preferences, reload,
+                                center);
     m_stationGridObserver.emplace(QString(PreferencesSystemStationGridDidChangeNotification),
                                   &m_preferences, reload, center);
     reloadRows();
@@ -57,6 +60,8 @@ void SettingsViewController::reloadRows()
     m_crossingAlertDetail = CrossingAlertSettingsViewController::name(m_preferences.crossingAlert());
     m_speakCrossings = m_preferences.speakCrossings();
     m_stationDetail = StationSettingsViewController::summary(m_preferences);
+    m_mapSourceDetail =
+        MapSourceSettingsViewController::summary(MapSource::read(m_preferences.defaults()));
     emit rowsChanged();
 }
 
@@ -150,4 +155,9 @@ QString SettingsViewController::showGridTitle()
 QString SettingsViewController::stationTitle()
 {
     return StationSettingsViewController::title();
+}
+
+QString SettingsViewController::mapSourceTitle()
+{
+    return MapSourceSettingsViewController::settingTitle();
 }

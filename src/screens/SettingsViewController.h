@@ -38,6 +38,8 @@ class SettingsViewController : public QObject
     Q_PROPERTY(QString crossingAlertDetail READ crossingAlertDetail NOTIFY rowsChanged)
     Q_PROPERTY(QString speakCrossingsTitle READ speakCrossingsTitle CONSTANT)
     Q_PROPERTY(bool speakCrossings READ speakCrossings NOTIFY rowsChanged)
+    Q_PROPERTY(QString mapSourceTitle READ mapSourceTitle CONSTANT)
+    Q_PROPERTY(QString mapSourceDetail READ mapSourceDetail NOTIFY rowsChanged)
     Q_PROPERTY(QString stationTitle READ stationTitle CONSTANT)
     Q_PROPERTY(QString stationDetail READ stationDetail NOTIFY rowsChanged)
 
@@ -49,7 +51,8 @@ public:
         DistanceFormatPicker,
         AppearancePicker,
         CrossingAlertPicker,
-        StationPicker
+        StationPicker,
+        MapSourcePicker
     };
     Q_ENUM(Picker)
 
@@ -68,6 +71,8 @@ public:
     static QString gridPositionTitle();
     static QString crossingAlertTitle();
     static QString speakCrossingsTitle();
+    static QString mapSourceTitle();
+    QString mapSourceDetail() const { return m_mapSourceDetail; }
     static QString stationTitle();
     QString stationDetail() const { return m_stationDetail; }
     QString veltorFormatDetail() const { return m_veltorFormatDetail; }
@@ -106,6 +111,7 @@ private:
     std::optional<NotificationObserver> m_crossingAlertObserver;
     std::optional<NotificationObserver> m_gpsSourceObserver;
     std::optional<NotificationObserver> m_stationGridObserver;
+    std::optional<NotificationObserver> m_mapSourceObserver;
     QString m_veltorFormatDetail;
     QString m_veltorFormatAccessibilityLabel;
     QString m_coordinateFormatDetail;
@@ -114,6 +120,7 @@ private:
     QString m_appearanceDetail;
     QString m_crossingAlertDetail;
     QString m_stationDetail;
+    QString m_mapSourceDetail;
     bool m_speakCrossings = true;
     bool m_showGrid;
     bool m_showGridPosition;

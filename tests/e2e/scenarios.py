@@ -161,6 +161,16 @@ def settings_pickers(session):
     for appearance in ["Night", "Red night", "Day"]:
         open_settings_picker(app, "Appearance", appearance)
     open_settings_picker(app, "Crossing alerts", "6 characters")
+    # A map file must be named before it can be the map; until then the basemap stays.
+    app.press("Settings")
+    app.press("Map source")
+    app.press("MBTiles File", role="radio button")
+    app.find("label", name="Enter the path of an MBTiles file, then press Enter.")
+    wait_for("the basemap still chosen", lambda: [n.name for n in app.nodes("radio button")
+                                                  if checked(n)] == ["Offline Basemap"])
+    app.press("Back")
+    app.press("Done")
+    app.gone("push button", "Done")
     wait_for("the choices on disk", lambda: session.setting("CoordinateFormatPreference")
              and session.setting("AppearancePreference")
              and session.setting("CrossingAlertPreference") == "VeltorFormatSixCharacters")
@@ -253,7 +263,9 @@ def station(session):
     session.settings.write_text(f"[General]\nGpsSourcePreference=gpsd://127.0.0.1:{gpsd_port}\n"
                                 f"WsjtxAddressPreference=127.0.0.1:{wsjtx_port}\n")
     gpsfake = subprocess.Popen(
-        ["gpsfake", "-q", "-P", str(gpsd_port), str(session.data / "nmea" / "gpsd-station.nmea")],
+        # Paced near a real receiver's one fix a second; unpaced it floods the app.
+        ["gpsfake", "-q", "-c", "0.15", "-P", str(gpsd_port),
+         str(session.data / "nmea" / "gpsd-station.nmea")],
         stdout=subprocess.DEVNULL, stderr=session.log, start_new_session=True)
     stand_in = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
     stand_in.setblocking(False)

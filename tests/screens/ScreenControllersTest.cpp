@@ -8,9 +8,11 @@
 #include "GridCrossingAlert.h"
 #include "GridPositionController.h"
 #include "LocationTrackingSystem.h"
-#include "ProofSnapshotController.h"
+#include "MapSource.h"
+#include "MapSourceSettingsViewController.h"
 #include "NotificationCenter.h"
 #include "PreferencesSystem.h"
+#include "ProofSnapshotController.h"
 #include "RootCoordinatePanelController.h"
 #include "RootViewController.h"
 #include "ScriptableLocationManager.h"
@@ -103,7 +105,8 @@ TEST_F(ScreenControllersTest, GridPositionShowsWhenAskedAndFollowsPointPrecision
     // and past the corner it may be in any of the cells around.
     m_state.setCoordinateIsLiveTracked(true);
     const std::pair<double, const char *> marks[] = {
-        {27470, ""}, {27490, "JP00, or JP10 within ± 27 km"},
+        {27470, ""},
+        {27490, "JP00, or JP10 within ± 27 km"},
         {63000, "JP00, or JP01 or JO09 or JP10 or JO19 within ± 63 km"}};
     for (const auto &[accuracy, mark] : marks) {
         m_state.setCoordinateAccuracy(accuracy);
@@ -151,13 +154,15 @@ TEST_F(ScreenControllersTest, CrossingAlertsOnlyWhileTrackingAtTheChosenPrecisio
     picker.selectRow(2);
     m_state.setCoordinateIsLiveTracked(true);
     drive({12.1, 12.2});
-    const std::vector<std::pair<QString, bool>> expected = {
-        {QStringLiteral("JN68"), true}, {QStringLiteral("JN58"), true},
-        {QStringLiteral("JN68cm"), false}};
+    const std::vector<std::pair<QString, bool>> expected = {{QStringLiteral("JN68"), true},
+                                                            {QStringLiteral("JN58"), true},
+                                                            {QStringLiteral("JN68cm"), false}};
     EXPECT_EQ(heard, expected);
-    EXPECT_EQ(GridCrossingAlert::spokenText(QStringLiteral("JN68")), QStringLiteral("Entering J N 6 8"));
+    EXPECT_EQ(GridCrossingAlert::spokenText(QStringLiteral("JN68")),
+              QStringLiteral("Entering J N 6 8"));
     // A stored value that is not a precision alerts reads as off.
-    m_defaults.setObject(QStringLiteral("VeltorFormatTwoCharacters"), m_preferences.crossingAlertKey);
+    m_defaults.setObject(QStringLiteral("VeltorFormatTwoCharacters"),
+                         m_preferences.crossingAlertKey);
     EXPECT_EQ(m_preferences.crossingAlert(), std::nullopt);
 }
 
@@ -173,7 +178,8 @@ TEST_F(ScreenControllersTest, TargetShowsTheWayThereAndIsKeptUntilCleared)
     // From JN58td to JO62qm: GeodSolve(1) gives 502310.959 m at 13.69°, and the long path
     // 19502419.696 m at -166.99° plus half a meridian, 20003931.459 m.
     m_state.setCoordinate({48.145833333333336, 11.625});
-    EXPECT_EQ(way.text().toStdString(), "Target JO62qm: 502 km at 14°, long path 39,506 km at 193°");
+    EXPECT_EQ(way.text().toStdString(),
+              "Target JO62qm: 502 km at 14°, long path 39,506 km at 193°");
     EXPECT_TRUE(way.accessibilityLabel().startsWith(QStringLiteral("Target J O 6 2 q m: 502 km")));
     // Kept across launches, and gone once cleared.
     EXPECT_EQ(TargetSystem(m_defaults).target(), (Coordinate{52.520833333333336, 13.375}));
@@ -200,12 +206,11 @@ TEST_F(ScreenControllersTest, ProofIsSavedNamedByTheTimeOrSaysWhyNot)
     QFile record(m_dir.filePath(QStringLiteral("proofs/veltor-20260620-140509Z.txt")));
     ASSERT_TRUE(record.open(QIODevice::ReadOnly));
     const QString text = QString::fromUtf8(record.readAll());
-    for (const char *line :
-         {"Time (UTC): 2026-06-20T14:05:09Z", "48° 8′ 45″ N, 11° 37′ 30″ E",
-          "48° 8.7540′ N, 11° 37.5060′ E", "48.1459° N, 11.6251° E", "48.1459000, 11.6251000",
-          "Locator: JN, JN58, JN58td, JN58td55", "accuracy 4.0 m",
-          "Fix: 3D; satellites used: 8; in view: 11", "Position in JN58td55: ",
-          "where JN58td55, "}) {
+    for (const char *line : {"Time (UTC): 2026-06-20T14:05:09Z", "48° 8′ 45″ N, 11° 37′ 30″ E",
+                             "48° 8.7540′ N, 11° 37.5060′ E", "48.1459° N, 11.6251° E",
+                             "48.1459000, 11.6251000", "Locator: JN, JN58, JN58td, JN58td55",
+                             "accuracy 4.0 m", "Fix: 3D; satellites used: 8; in view: 11",
+                             "Position in JN58td55: ", "where JN58td55, "}) {
         EXPECT_TRUE(text.contains(QString::fromUtf8(line))) << line;
     }
     EXPECT_TRUE(proof.message().contains(QStringLiteral("veltor-20260620-140509Z")));
@@ -299,10 +304,13 @@ TEST_F(ScreenControllersTest, RootLaysThePanelsOutByWidthAndIdiom)
     RootViewController root(m_tracking, m_preferences, m_defaults);
     // The device, whether it is a tablet, the area, and whether the panels stand side by side.
     const std::tuple<const char *, bool, qreal, qreal, bool> cases[] = {
-        {"phone portrait", false, 390, 800, false}, {"phone landscape", false, 844, 356, true},
+        {"phone portrait", false, 390, 800, false},
+        {"phone landscape", false, 844, 356, true},
         {"small phone landscape", false, 480, 286, true},
-        {"tiny phone portrait", false, 320, 446, false}, {"tablet portrait", true, 768, 990, true},
-        {"narrow tablet window", true, 500, 700, false}, {"desktop", true, 2560, 1406, true},
+        {"tiny phone portrait", false, 320, 446, false},
+        {"tablet portrait", true, 768, 990, true},
+        {"narrow tablet window", true, 500, 700, false},
+        {"desktop", true, 2560, 1406, true},
         {"tablet window wider than tall but narrow", true, 560, 400, false},
     };
     constexpr qreal panelHeight = 160.0;
@@ -341,7 +349,9 @@ TEST_F(ScreenControllersTest, PickersWriteATappedChoiceAndIgnoreRowsThatAreNotTh
     AppearanceSettingsViewController appearance(m_preferences);
     // A picker, the row tapped, and the marks then; the US locale starts with imperial.
     const std::tuple<FormatPickerViewController *, int, const char *> cases[] = {
-        {&veltor, 2, "0010"}, {&coordinate, 2, "001"}, {&distance, 0, "10"},
+        {&veltor, 2, "0010"},
+        {&coordinate, 2, "001"},
+        {&distance, 0, "10"},
         {&appearance, 2, "001"}};
     for (const auto &[picker, tap, after] : cases) {
         const QString before = marks(*picker);
@@ -377,8 +387,8 @@ TEST_F(ScreenControllersTest, StationSettingsKeepOnlyAddressesThatReadAsHostAndP
     using Setter = void (StationSettingsViewController::*)(const QString &);
     const std::tuple<Setter, const char *, const char *, const char *,
                      QString (PreferencesSystem::*)() const, const char *>
-        fields[] = {{&StationSettingsViewController::setGpsdAddress, "shack-pi:",
-                     "The port must be a number from 1 to 65535.", "[::1]:2947",
+        fields[] = {{&StationSettingsViewController::setGpsdAddress,
+                     "shack-pi:", "The port must be a number from 1 to 65535.", "[::1]:2947",
                      &PreferencesSystem::gpsSource, "gpsd://[::1]:2947"},
                     {&StationSettingsViewController::setWsjtxAddress, "224.0.0.1:70000",
                      "The port must be a number from 1 to 65535.", "239.255.0.1:2237",
@@ -402,6 +412,53 @@ TEST_F(ScreenControllersTest, StationSettingsKeepOnlyAddressesThatReadAsHostAndP
               QString());
     station.useSystemSource();
     EXPECT_EQ(m_preferences.gpsSource(), QString());
+}
+
+TEST_F(ScreenControllersTest, MapSourcesNeedTheirFileOrServerBeforeTheyAreChosen)
+{
+    MapSourceSettingsViewController picker(m_preferences);
+    const SettingsViewController settings(m_preferences);
+    EXPECT_EQ(marks(picker), QStringLiteral("10000"));
+    picker.selectRow(1);
+    EXPECT_EQ(marks(picker), QStringLiteral("01000"));
+    EXPECT_EQ(settings.mapSourceDetail(), QStringLiteral("OpenStreetMap"));
+    EXPECT_TRUE(picker.note().contains(QStringLiteral("© OpenStreetMap contributors")));
+
+    // A file or a server that is not given, not there or not one keeps the choice as it was.
+    picker.selectRow(3);
+    picker.setMbtilesPath(m_dir.filePath(QStringLiteral("missing.mbtiles")));
+    picker.selectRow(4);
+    picker.setCustomTemplate(QStringLiteral("ftp://tiles.example/{z}/{x}/{y}.png"));
+    EXPECT_EQ(marks(picker), QStringLiteral("01000"));
+    EXPECT_FALSE(picker.mbtilesError().isEmpty());
+    EXPECT_EQ(picker.customTemplateError().toStdString(),
+              "A tile address starts with http:// or https:// and holds {z}, {x} and {y}.");
+
+    picker.setCustomTemplate(QStringLiteral("https://tiles.example/{z}/{x}/{y}.png"));
+    picker.setCustomAttribution(QStringLiteral("© Example"));
+    EXPECT_EQ(marks(picker), QStringLiteral("00001"));
+    EXPECT_EQ(MapSource::read(m_defaults).credit(), QStringLiteral("© Example"));
+    EXPECT_EQ(picker.customTemplateError(), QString());
+}
+
+// What the settings hold, as the map reads it: a store from before there was a choice, a choice
+// whose file or server has gone, and a kind that is not one.
+TEST_F(ScreenControllersTest, MapSourceReadsEveryStoreAsSomethingItCanDraw)
+{
+    const std::tuple<const char *, const char *, const char *, MapSource::Kind> stores[] = {
+        {"", "", "", MapSource::Kind::Offline},
+        {"", "", "https://t.example/{z}/{x}/{y}.png", MapSource::Kind::Custom},
+        {"MapSourceOpenTopoMap", "", "", MapSource::Kind::OpenTopoMap},
+        {"MapSourceMbtiles", "", "", MapSource::Kind::Offline},
+        {"MapSourceMbtiles", "/maps/alps.mbtiles", "", MapSource::Kind::Mbtiles},
+        {"MapSourceCustom", "", "", MapSource::Kind::Offline},
+        {"MapSourceSatellite", "", "https://t.example/{z}/{x}/{y}.png", MapSource::Kind::Offline}};
+    for (const auto &[kind, path, urlTemplate, expected] : stores) {
+        m_defaults.setObject(QString::fromUtf8(kind), QString(MapSource::kindKey));
+        m_defaults.setObject(QString::fromUtf8(path), QString(MapSource::mbtilesPathKey));
+        m_defaults.setObject(QString::fromUtf8(urlTemplate), QString(MapSource::templateKey));
+        EXPECT_EQ(MapSource::read(m_defaults).kind, expected) << kind << path << urlTemplate;
+    }
 }
 
 } // namespace

@@ -200,7 +200,9 @@ public:
     explicit RealGpsd(quint16 port)
     {
         m_process.setProgram(QStringLiteral("gpsfake"));
-        m_process.setArguments({QStringLiteral("-q"), QStringLiteral("-P"), QString::number(port),
+        // Paced near a receiver's one fix a second, as gpsd would pass them on.
+        m_process.setArguments({QStringLiteral("-q"), QStringLiteral("-c"), QStringLiteral("0.15"),
+                                QStringLiteral("-P"), QString::number(port),
                                 QStringLiteral(VELTOR_TEST_DATA_DIR "/nmea/gpsd-station.nmea")});
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         m_process.start();

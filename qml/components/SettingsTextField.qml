@@ -3,12 +3,13 @@ import QtQuick.Controls.Basic
 import QtQuick.Layouts
 import Veltor
 
-// A HOST:PORT field under a settings row. The text goes to the controller when editing ends
-// (Enter, Tab or a tap elsewhere); the controller keeps it or says why not below the field.
+// A text field under a settings row (an address, a path, a URL). The text goes to the controller
+// when editing ends (Enter, Tab or a tap elsewhere); the controller keeps it or says why not
+// below the field.
 ColumnLayout {
     id: field
 
-    property string address
+    property string value
     property string placeholder
     property string error
     property string accessibilityLabel
@@ -23,11 +24,11 @@ ColumnLayout {
         Layout.leftMargin: Theme.spacing
         Layout.rightMargin: Theme.spacing
         implicitHeight: Theme.minimumTouchSize
-        text: field.address
+        text: field.value
         placeholderText: field.placeholder
         font: Theme.body1Font
         color: Theme.textColor
-        inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText | Qt.ImhUrlCharactersOnly
+        inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
         Accessible.name: field.accessibilityLabel
         Accessible.description: field.error
         background: Rectangle {

@@ -1,0 +1,168 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQuick.Layouts
+import Veltor
+
+// Keeps an area of the online map for the field: which area, which zoom levels, what that takes,
+// then the download with its progress.
+FocusScope {
+    id: page
+
+    required property MapView map
+
+    signal dismissRequested()
+
+    focus: true
+    Keys.onEscapePressed: controller.close()
+
+    KeepAreaController {
+        id: controller
+        map: page.map
+        onDismissRequested: page.dismissRequested()
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.surfaceColor
+    }
+
+    Flickable {
+        anchors.fill: parent
+        contentHeight: rows.implicitHeight + 2 * Theme.spacing
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        ScrollBar.vertical: ScrollBar {}
+
+        ColumnLayout {
+            id: rows
+            x: Theme.spacing
+            y: Theme.spacing
+            width: parent.width - 2 * Theme.spacing
+            spacing: Theme.spacing / 2
+
+            Body2Label {
+                Layout.fillWidth: true
+                text: controller.title
+                horizontalAlignment: Text.AlignHCenter
+            }
+            ChoiceRow {
+                Layout.fillWidth: true
+                text: controller.visibleAreaTitle
+                accessibilityLabel: text
+                checked: controller.area === KeepAreaController.VisibleArea
+                enabled: !controller.running
+                onClicked: controller.area = KeepAreaController.VisibleArea
+            }
+            ChoiceRow {
+                Layout.fillWidth: true
+                text: controller.nearAreaTitle
+                accessibilityLabel: text
+                checked: controller.area === KeepAreaController.NearArea
+                enabled: !controller.running
+                onClicked: controller.area = KeepAreaController.NearArea
+            }
+            ChoiceRow {
+                Layout.fillWidth: true
+                text: controller.wideAreaTitle
+                accessibilityLabel: text
+                checked: controller.area === KeepAreaController.WideArea
+                enabled: !controller.running
+                onClicked: controller.area = KeepAreaController.WideArea
+            }
+            Body1Label {
+                Layout.fillWidth: true
+                Layout.topMargin: Theme.spacing
+                text: controller.zoomText
+            }
+            GridLayout {
+                Layout.fillWidth: true
+                columns: 3
+                enabled: !controller.running
+                CaptionLabel {
+                    text: controller.fromTitle
+                }
+                UnderlineButton {
+                    title: controller.minusTitle
+                    accessibilityLabel: controller.stepLabel(true, -1)
+                    onClicked: controller.stepMinZoom(-1)
+                }
+                UnderlineButton {
+                    title: controller.plusTitle
+                    accessibilityLabel: controller.stepLabel(true, 1)
+                    onClicked: controller.stepMinZoom(1)
+                }
+                CaptionLabel {
+                    text: controller.toTitle
+                }
+                UnderlineButton {
+                    title: controller.minusTitle
+                    accessibilityLabel: controller.stepLabel(false, -1)
+                    onClicked: controller.stepMaxZoom(-1)
+                }
+                UnderlineButton {
+                    title: controller.plusTitle
+                    accessibilityLabel: controller.stepLabel(false, 1)
+                    onClicked: controller.stepMaxZoom(1)
+                }
+            }
+            Body1Label {
+                Layout.fillWidth: true
+                text: controller.planText
+                visible: text.length > 0
+            }
+            CaptionLabel {
+                Layout.fillWidth: true
+                text: controller.policyText
+                visible: text.length > 0
+                wrapMode: Text.Wrap
+            }
+            ProgressBar {
+                Layout.fillWidth: true
+                visible: controller.running || controller.progress > 0
+                value: controller.progress
+                Accessible.name: controller.progressText
+            }
+            Body1Label {
+                Layout.fillWidth: true
+                text: controller.progressText
+                visible: text.length > 0
+            }
+            Body1Label {
+                Layout.fillWidth: true
+                text: controller.message
+                visible: text.length > 0
+                wrapMode: Text.Wrap
+            }
+            WideButton {
+                Layout.fillWidth: true
+                visible: !controller.running
+                enabled: controller.canStart
+                title: controller.startTitle
+                accessibilityLabel: title
+                onClicked: controller.start()
+            }
+            WideButton {
+                Layout.fillWidth: true
+                visible: controller.canResume
+                title: controller.resumeTitle
+                accessibilityLabel: title
+                onClicked: controller.resume()
+            }
+            WideButton {
+                Layout.fillWidth: true
+                visible: controller.running
+                title: controller.cancelTitle
+                accessibilityLabel: title
+                onClicked: controller.cancel()
+            }
+            WideButton {
+                Layout.fillWidth: true
+                visible: !controller.running
+                title: controller.closeTitle
+                accessibilityLabel: title
+                alternateStyle: true
+                onClicked: controller.close()
+            }
+        }
+    }
+}

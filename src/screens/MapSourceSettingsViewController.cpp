@@ -1,0 +1,177 @@
+#include "MapSourceSettingsViewController.h"
+
+#include "MbtilesFile.h"
+#include "NotificationCenter.h"
+#include "OnlineTileSource.h"
+#include "PreferencesSystem.h"
+
+#include <QFileInfo>
+
+#include <array>
+
+namespace {
+
+constexpr std::array<MapSource::Kind, 5> order{
+    MapSource::Kind::Offline, MapSource::Kind::OpenStreetMap, MapSource::Kind::OpenTopoMap,
+    MapSource::Kind::Mbtiles, MapSource::Kind::Custom};
+
+} // namespace
+
+MapSourceSettingsViewController::MapSourceSettingsViewController(QObject *parent)
+    : MapSourceSettingsViewController(PreferencesSystem::sharedSystem(), parent)
+{
+}
+
+MapSourceSettingsViewController::MapSourceSettingsViewController(PreferencesSystem &preferences,
+                                                                 QObject *parent)
+    : FormatPickerViewController(preferences, int(order.size()), MapSourceDidChangeNotification,
+                                 parent),
+      m_source(MapSource::read(preferences.defaults()))
+{
+    reload();
+}
+
+QString MapSourceSettingsViewController::settingTitle()
+{
+    //: Settings row and picker: where the map's tiles come from
+    //% "Map source"
+    return qtTrId("settings.map");
+}
+
+QString MapSourceSettingsViewController::summary(const MapSource &source)
+{
+    if (source.kind == MapSource::Kind::Mbtiles)
+        return QFileInfo(source.path).fileName();
+    return MapSource::name(source.kind);
+}
+
+QString MapSourceSettingsViewController::mbtilesPathTitle()
+{
+    //: Field for the path of a map file in the MBTiles format
+    //% "MBTiles file path"
+    return qtTrId("map-source.mbtiles-path");
+}
+
+QString MapSourceSettingsViewController::customTemplateTitle()
+{
+    //: Field for a tile server's address template; {z}, {x} and {y} stand as they are
+    //% "https://server/{z}/{x}/{y}.png"
+    return qtTrId("map-source.template");
+}
+
+QString MapSourceSettingsViewController::customAttributionTitle()
+{
+    //: Field for the credit a tile server asks to be shown on the map
+    //% "Credit shown on the map"
+    return qtTrId("map-source.attribution");
+}
+
+QString MapSourceSettingsViewController::note() const
+{
+    const MapSource current = MapSource::read(m_preferences.defaults());
+    switch (current.kind) {
+    case MapSource::Kind::Offline:
+        //: Under the map sources when the built-in map is chosen
+        //% "Coastlines, borders, lakes, rivers and places, with no network at all."
+        return qtTrId("map-source.note.offline");
+    case MapSource::Kind::OpenStreetMap:
+    case MapSource::Kind::OpenTopoMap:
+        //: Under the map sources when a public tile service is chosen; %1 is its credit
+        //% "Needs a network; tiles seen once stay for offline use. %1. Keep an area from "
+        //% "the share sheet before you go: up to zoom 16 and 3,000 tiles, as the service asks."
+        return qtTrId("map-source.note.online").arg(current.credit());
+    case MapSource::Kind::Mbtiles:
+        //: Under the map sources when a map file is chosen
+        //% "Drawn from the file; the offline basemap fills what the file does not hold."
+        return qtTrId("map-source.note.mbtiles");
+    case MapSource::Kind::Custom:
+        //: Under the map sources when the user's own tile server is chosen; %1 is its credit
+        //% "Needs a network; tiles seen once stay for offline use. %1."
+        return qtTrId("map-source.note.custom").arg(current.credit());
+    }
+    return {};
+}
+
+void MapSourceSettingsViewController::fill(int row, FormatChoice &choice) const
+{
+    const MapSource current = MapSource::read(m_preferences.defaults());
+    choice.set(MapSource::name(order[row]), QString(), current.kind == order[row]);
+}
+
+void MapSourceSettingsViewController::store(const MapSource &source)
+{
+    m_source = source;
+    m_source.write(m_preferences.defaults());
+    m_preferences.notificationCenter().postNotificationName(MapSourceDidChangeNotification,
+                                                            &m_preferences);
+    emit fieldsChanged();
+}
+
+void MapSourceSettingsViewController::write(int row)
+{
+    MapSource chosen = MapSource::read(m_preferences.defaults());
+    chosen.kind = order[row];
+    if (chosen.kind == MapSource::Kind::Mbtiles && m_source.path.isEmpty()) {
+        //: Under the MBTiles path field when that source is tapped before a file is given
+        //% "Enter the path of an MBTiles file, then press Enter."
+        m_mbtilesError = qtTrId("map-source.mbtiles-needed");
+        emit fieldsChanged();
+        return;
+    }
+    if (chosen.kind == MapSource::Kind::Custom && m_source.urlTemplate.isEmpty()) {
+        //: Under the URL template field when that source is tapped before a template is given
+        //% "Enter the server's tile address with {z}, {x} and {y}, then press Enter."
+        m_templateError = qtTrId("map-source.template-needed");
+        emit fieldsChanged();
+        return;
+    }
+    if (chosen.kind == MapSource::Kind::Mbtiles)
+        chosen.path = m_source.path;
+    store(chosen);
+}
+
+void MapSourceSettingsViewController::setMbtilesPath(const QString &path)
+{
+    const QString trimmed = path.trimmed();
+    if (trimmed == m_source.path && m_mbtilesError.isEmpty())
+        return;
+    QString error;
+    if (!MbtilesFile::open(trimmed, &error)) {
+        m_mbtilesError = error;
+        emit fieldsChanged();
+        return;
+    }
+    m_mbtilesError.clear();
+    MapSource chosen = MapSource::read(m_preferences.defaults());
+    chosen.kind = MapSource::Kind::Mbtiles;
+    chosen.path = trimmed;
+    store(chosen);
+}
+
+void MapSourceSettingsViewController::setCustomTemplate(const QString &urlTemplate)
+{
+    const QString trimmed = urlTemplate.trimmed();
+    if (trimmed == m_source.urlTemplate && m_templateError.isEmpty())
+        return;
+    if (OnlineTileSource::problemWithTemplate(trimmed)) {
+        //: Under the URL template field when the text is no tile address
+        //% "A tile address starts with http:// or https:// and holds {z}, {x} and {y}."
+        m_templateError = qtTrId("map-source.template-error");
+        emit fieldsChanged();
+        return;
+    }
+    m_templateError.clear();
+    MapSource chosen = MapSource::read(m_preferences.defaults());
+    chosen.kind = MapSource::Kind::Custom;
+    chosen.urlTemplate = trimmed;
+    store(chosen);
+}
+
+void MapSourceSettingsViewController::setCustomAttribution(const QString &attribution)
+{
+    MapSource chosen = MapSource::read(m_preferences.defaults());
+    if (attribution.trimmed() == chosen.attribution)
+        return;
+    chosen.attribution = attribution.trimmed();
+    store(chosen);
+}

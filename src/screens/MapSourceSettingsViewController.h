@@ -1,0 +1,64 @@
+#pragma once
+
+#include "FormatPickerViewController.h"
+#include "MapSource.h"
+
+#include <QtQml/qqmlregistration.h>
+
+// Where the map comes from: the offline basemap, OpenStreetMap, OpenTopoMap, an MBTiles file or
+// a custom tile server. The file and the server need a path or a URL template first: tapping
+// their row without one asks for it, and the choice is written once the field holds one that
+// works.
+class MapSourceSettingsViewController : public FormatPickerViewController
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(QString mbtilesPath READ mbtilesPath NOTIFY fieldsChanged)
+    Q_PROPERTY(QString mbtilesError READ mbtilesError NOTIFY fieldsChanged)
+    Q_PROPERTY(QString mbtilesPathTitle READ mbtilesPathTitle CONSTANT)
+    Q_PROPERTY(QString customTemplate READ customTemplate NOTIFY fieldsChanged)
+    Q_PROPERTY(QString customTemplateError READ customTemplateError NOTIFY fieldsChanged)
+    Q_PROPERTY(QString customTemplateTitle READ customTemplateTitle CONSTANT)
+    Q_PROPERTY(QString customAttribution READ customAttribution NOTIFY fieldsChanged)
+    Q_PROPERTY(QString customAttributionTitle READ customAttributionTitle CONSTANT)
+    Q_PROPERTY(QString note READ note NOTIFY fieldsChanged)
+
+public:
+    // Over the app's shared preferences.
+    explicit MapSourceSettingsViewController(QObject *parent = nullptr);
+    explicit MapSourceSettingsViewController(PreferencesSystem &preferences,
+                                             QObject *parent = nullptr);
+
+    QString title() const override { return settingTitle(); }
+    static QString settingTitle();
+    // The settings row's detail: the source, and for a file its name.
+    static QString summary(const MapSource &source);
+
+    QString mbtilesPath() const { return m_source.path; }
+    QString mbtilesError() const { return m_mbtilesError; }
+    static QString mbtilesPathTitle();
+    QString customTemplate() const { return m_source.urlTemplate; }
+    QString customTemplateError() const { return m_templateError; }
+    static QString customTemplateTitle();
+    QString customAttribution() const { return m_source.attribution; }
+    static QString customAttributionTitle();
+    // What the chosen source is and asks for: where it works, its credit, its usage rules.
+    QString note() const;
+
+    // Each writes the field and chooses its source when the value works; says why not otherwise.
+    Q_INVOKABLE void setMbtilesPath(const QString &path);
+    Q_INVOKABLE void setCustomTemplate(const QString &urlTemplate);
+    Q_INVOKABLE void setCustomAttribution(const QString &attribution);
+
+signals:
+    void fieldsChanged();
+
+private:
+    void fill(int row, FormatChoice &choice) const override;
+    void write(int row) override;
+    void store(const MapSource &source);
+
+    MapSource m_source;
+    QString m_mbtilesError;
+    QString m_templateError;
+};
