@@ -35,6 +35,7 @@ bench: build
 	$(BUILD)/bench/veltor-map-bench $(ARGS)
 	$(BUILD)/bench/veltor-basemap-bench $(ARGS)
 	$(BUILD)/bench/veltor-startup-bench $(ARGS)
+	$(BUILD)/bench/veltor-adif-bench $(ARGS)
 	bash bench/locate-throughput.sh $(BUILD)/src/cli/veltor-locate
 
 # AddressSanitizer and UndefinedBehaviorSanitizer over the whole test suite.

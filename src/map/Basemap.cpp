@@ -1,5 +1,7 @@
 #include "Basemap.h"
 
+#include "BinaryReader.h"
+
 #include "PlaceLabelLayout.h"
 
 #include <QFile>
@@ -337,17 +339,7 @@ Basemap::Basemap(BasemapData data) : m_data(std::move(data)) {}
 
 std::shared_ptr<const Basemap> Basemap::load(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return nullptr;
-    // An embedded file is read in place rather than copied; a disk file is read, not mapped, so
-    // one cut short meanwhile cannot fault.
-    if (path.startsWith(QLatin1Char(':'))) {
-        const qint64 size = file.size();
-        if (const uchar *data = size > 0 ? file.map(0, size) : nullptr)
-            return fromBytes(QByteArrayView(data, qsizetype(size)));
-    }
-    return fromBytes(file.readAll());
+    return loadBinaryFile<Basemap>(path);
 }
 
 std::shared_ptr<const Basemap> Basemap::fromBytes(QByteArrayView bytes)

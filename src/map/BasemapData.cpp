@@ -1,5 +1,7 @@
 #include "BasemapData.h"
 
+#include "BinaryReader.h"
+
 #include <QByteArray>
 
 #include <algorithm>
@@ -14,72 +16,6 @@ constexpr int largestGridShift = 10;
 constexpr int largestZoomLevel = 30;
 constexpr int largestUnitsPerCell = 1 << 16;
 constexpr std::uint32_t compressedFlag = 1;
-
-std::uint32_t littleEndian32(const char *bytes)
-{
-    const auto *b = reinterpret_cast<const unsigned char *>(bytes);
-    return std::uint32_t(b[0]) | std::uint32_t(b[1]) << 8 | std::uint32_t(b[2]) << 16 |
-           std::uint32_t(b[3]) << 24;
-}
-
-std::uint32_t bigEndian32(const char *bytes)
-{
-    const auto *b = reinterpret_cast<const unsigned char *>(bytes);
-    return std::uint32_t(b[0]) << 24 | std::uint32_t(b[1]) << 16 | std::uint32_t(b[2]) << 8 |
-           std::uint32_t(b[3]);
-}
-
-// Reads the payload front to back; once anything is out of range every later read fails too.
-class Reader
-{
-public:
-    Reader(const unsigned char *begin, const unsigned char *end) : m_p(begin), m_end(end) {}
-
-    bool ok() const { return m_ok; }
-    bool atEnd() const { return m_p == m_end; }
-    std::size_t remaining() const { return std::size_t(m_end - m_p); }
-
-    std::uint32_t byte()
-    {
-        if (!m_ok || m_p == m_end) {
-            m_ok = false;
-            return 0;
-        }
-        return *m_p++;
-    }
-
-    std::uint32_t varint()
-    {
-        std::uint32_t value = 0;
-        for (int shift = 0; shift < 35; shift += 7) {
-            if (!m_ok || m_p == m_end) {
-                m_ok = false;
-                return 0;
-            }
-            const std::uint32_t b = *m_p++;
-            if (shift == 28 && b > 0x0f) {
-                m_ok = false;
-                return 0;
-            }
-            value |= (b & 0x7f) << shift;
-            if (!(b & 0x80))
-                return value;
-        }
-        m_ok = false;
-        return 0;
-    }
-
-    std::int64_t zigzag()
-    {
-        const std::uint32_t v = varint();
-        return (v & 1) ? -std::int64_t(v >> 1) - 1 : std::int64_t(v >> 1);
-    }
-
-private:
-    const unsigned char *m_p;
-    const unsigned char *m_end;
-    bool m_ok = true;
-};
 
 enum class RunKind
 {
@@ -164,7 +100,7 @@ void appendCoast(BasemapLevel &level, const BasemapRun &ring, const Cell &cell)
 
 // One cell's runs of one kind, delta coded from the cell's corner. Each point must lie in the
 // cell, and the layer's points must not run past pointEnd.
-bool readRuns(Reader &reader, BasemapLevel &level, BasemapLayer &layer, RunKind kind,
+bool readRuns(BinaryReader &reader, BasemapLevel &level, BasemapLayer &layer, RunKind kind,
               std::uint32_t runCount, const Cell &cell, std::size_t pointEnd)
 {
     const std::int64_t limit = cell.units;
@@ -195,7 +131,7 @@ bool readRuns(Reader &reader, BasemapLevel &level, BasemapLayer &layer, RunKind 
 
 // Per-cell counts for a whole layer, the layer's point total, then the cells' runs. Land counts:
 // 0 nothing, 1 the whole cell, n + 1 for n rings.
-bool readLayer(Reader &reader, BasemapLevel &level, BasemapLayer &layer, RunKind kind)
+bool readLayer(BinaryReader &reader, BasemapLevel &level, BasemapLayer &layer, RunKind kind)
 {
     const int side = level.cellsPerSide();
     const std::size_t cellCount = std::size_t(side) * std::size_t(side);
@@ -241,7 +177,7 @@ bool readLayer(Reader &reader, BasemapLevel &level, BasemapLayer &layer, RunKind
     return level.points.size() == pointEnd;
 }
 
-std::optional<BasemapLevel> readLevel(Reader &reader, int previousZoomLevel)
+std::optional<BasemapLevel> readLevel(BinaryReader &reader, int previousZoomLevel)
 {
     BasemapLevel level;
     level.zoomLevel = int(reader.byte());
@@ -285,8 +221,7 @@ std::optional<BasemapData> BasemapData::decode(QByteArrayView file)
     if (payload.size() != qsizetype(payloadSize))
         return std::nullopt;
 
-    const auto *begin = reinterpret_cast<const unsigned char *>(payload.constData());
-    Reader reader(begin, begin + payload.size());
+    BinaryReader reader(payload.constData(), payload.constData() + payload.size());
     const std::uint32_t fileWorldShift = reader.byte();
     const std::uint32_t levelCount = reader.byte();
     if (!reader.ok() || fileWorldShift != std::uint32_t(worldShift) || levelCount == 0)

@@ -89,8 +89,12 @@ void MapPanelController::setAppearance(int appearance)
     if (appearance == m_appearance)
         return;
     m_appearance = appearance;
-    if (m_map)
+    if (m_map) {
         m_map->setPalette(MapPalette::forAppearance(m_appearance));
+        // The basemap under an online map or a map file is drawn in the new colours too.
+        if (!m_drawsOwnBasemap)
+            useMapSource();
+    }
     replaceGridRenderer();
     emit appearanceChanged();
 }
@@ -291,6 +295,7 @@ void MapPanelController::useMapSource()
         if (auto file = MbtilesTileSource::open(source.path, &error)) {
             const QString credit = file->attribution();
             m_map->setBaseTileSource(std::move(file), createOfflineBasemapSource(palette), credit);
+            m_drawsOwnBasemap = false;
             return;
         }
         //: Title of the message when the chosen map file cannot be used
@@ -313,10 +318,12 @@ void MapPanelController::useMapSource()
             online->setMaxZoomLevel(source.maxZoomLevel());
             m_map->setBaseTileSource(std::move(online), createOfflineBasemapSource(palette),
                                      source.credit());
+            m_drawsOwnBasemap = false;
             return;
         }
     }
     m_map->setBaseTileSource(nullptr, {}, PlaceIndex::attribution());
+    m_drawsOwnBasemap = true;
 }
 
 QString MapPanelController::zoomInAccessibilityTitle()

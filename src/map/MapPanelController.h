@@ -165,6 +165,8 @@ private:
     std::unique_ptr<VeltorGridOverlayRenderer> m_gridRenderer;
     std::unique_ptr<MapPointAnnotation> m_pin;
     bool m_animateMapScroll = false;
+    // The map shows the offline basemap alone, which the map itself redraws in a new palette.
+    bool m_drawsOwnBasemap = true;
     bool m_showingGridOverlay = false;
     bool m_reloadingGridAnnotations = false;
     std::vector<NotificationObserver> m_observers;

@@ -1,5 +1,7 @@
 #include "PlaceIndex.h"
 
+#include "BinaryReader.h"
+
 #include <QFile>
 
 #include <algorithm>
@@ -18,64 +20,6 @@ constexpr std::uint32_t largestPayload = 64u << 20;
 // Places are stored as map points of the world's square.
 constexpr auto worldSize = std::uint32_t(mapWorldWidth);
 
-std::uint32_t littleEndian32(const char *bytes)
-{
-    const auto *b = reinterpret_cast<const unsigned char *>(bytes);
-    return std::uint32_t(b[0]) | std::uint32_t(b[1]) << 8 | std::uint32_t(b[2]) << 16 |
-           std::uint32_t(b[3]) << 24;
-}
-
-std::uint32_t bigEndian32(const char *bytes)
-{
-    const auto *b = reinterpret_cast<const unsigned char *>(bytes);
-    return std::uint32_t(b[0]) << 24 | std::uint32_t(b[1]) << 16 | std::uint32_t(b[2]) << 8 |
-           std::uint32_t(b[3]);
-}
-
-// Reads the payload front to back; once anything is out of range every later read fails too.
-class Reader
-{
-public:
-    Reader(const char *begin, const char *end) : m_p(begin), m_end(end) {}
-
-    bool ok() const { return m_ok; }
-    std::size_t remaining() const { return std::size_t(m_end - m_p); }
-
-    const char *take(std::size_t n)
-    {
-        if (!m_ok || remaining() < n) {
-            m_ok = false;
-            return nullptr;
-        }
-        const char *at = m_p;
-        m_p += n;
-        return at;
-    }
-
-    std::uint32_t varint()
-    {
-        std::uint32_t value = 0;
-        for (int shift = 0; shift < 35; shift += 7) {
-            const char *at = take(1);
-            if (!at)
-                return 0;
-            const auto b = std::uint32_t(static_cast<unsigned char>(*at));
-            if (shift == 28 && b > 0x0f)
-                break;
-            value |= (b & 0x7f) << shift;
-            if (!(b & 0x80))
-                return value;
-        }
-        m_ok = false;
-        return 0;
-    }
-
-private:
-    const char *m_p;
-    const char *m_end;
-    bool m_ok = true;
-};
-
 bool inRange(double latitude, double longitude)
 {
     return std::fabs(latitude) <= 90.0 && std::fabs(longitude) <= 180.0;
@@ -85,17 +29,7 @@ bool inRange(double latitude, double longitude)
 
 std::shared_ptr<const PlaceIndex> PlaceIndex::load(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return nullptr;
-    // An embedded file is read in place; a disk file is read, not mapped, so one cut short
-    // meanwhile cannot fault.
-    if (path.startsWith(QLatin1Char(':'))) {
-        const qint64 size = file.size();
-        if (const uchar *data = size > 0 ? file.map(0, size) : nullptr)
-            return fromBytes(QByteArrayView(data, qsizetype(size)));
-    }
-    return fromBytes(file.readAll());
+    return loadBinaryFile<PlaceIndex>(path);
 }
 
 std::shared_ptr<const PlaceIndex> PlaceIndex::fromBytes(QByteArrayView bytes)
@@ -115,7 +49,7 @@ std::shared_ptr<const PlaceIndex> PlaceIndex::fromBytes(QByteArrayView bytes)
     if (payload.size() != qsizetype(payloadSize))
         return nullptr;
 
-    Reader reader(payload.constData(), payload.constData() + payload.size());
+    BinaryReader reader(payload.constData(), payload.constData() + payload.size());
     const std::uint32_t count = reader.varint();
     // Each place takes 13 bytes at least: level, flags, population, x, y, name length, name.
     if (!reader.ok() || count > reader.remaining() / 13)

@@ -116,6 +116,19 @@ struct PlaceLabelLayout::Metrics
     double gridFontSize = 0.0;
     double plateReachX = 0.0;
     double plateReachY = 0.0;
+    // The grid font's advances and line height at the layout size, measured once: text measured
+    // afresh on each drawing thread could come out otherwise, and tiles would then disagree.
+    double gridAdvances[128] = {};
+    double gridTextHeight = 0.0;
+
+    // A locator's width, advances summed: at least the kerned width the grid draws it at.
+    double gridTextWidth(const QString &label) const
+    {
+        double width = 0.0;
+        for (const QChar c : label)
+            width += gridAdvances[c.unicode() & 0x7f];
+        return width;
+    }
 
     bool isShown(std::size_t i) const { return textWidths[i] > 0.0f; }
     double radius(std::size_t i) const
@@ -173,10 +186,8 @@ struct PlaceLabelLayout::Level
 class PlaceLabelLayout::Evaluation
 {
 public:
-    Evaluation(const Metrics &metrics, const Level &level, const QString &fontFamily,
-               QFont::Weight gridFontWeight)
-        : m_metrics(metrics), m_places(*metrics.places), m_level(level),
-          m_gridFont(layoutFont(fontFamily, gridFontWeight))
+    Evaluation(const Metrics &metrics, const Level &level)
+        : m_metrics(metrics), m_places(*metrics.places), m_level(level)
     {
     }
 
@@ -243,8 +254,6 @@ public:
     bool meetsGridPlate(const MapRect &box, double zoomScale)
     {
         constexpr VeltorFormat precision = VeltorFormat::EightCharacters;
-        if (!m_gridMetrics)
-            m_gridMetrics.emplace(m_gridFont);
         m_formatter.setFormat(VeltorGrid::labelFormat(zoomScale, precision));
         const double divisions = VeltorGrid::gridDivisions(zoomScale, precision);
         const MapRect reach =
@@ -253,8 +262,8 @@ public:
         for (const VeltorGrid::Cell &cell :
              VeltorGrid::cells(VeltorGrid::columnLines(reach, zoomScale, divisions),
                                VeltorGrid::rowLines(reach, zoomScale, divisions), m_formatter)) {
-            const MapSize text{m_gridMetrics->horizontalAdvance(cell.label) * scale,
-                               m_gridMetrics->height() * scale};
+            const MapSize text{m_metrics.gridTextWidth(cell.label) * scale,
+                               m_metrics.gridTextHeight * scale};
             if (VeltorGrid::placeLabel(cell.centre, text, zoomScale).plateRect.intersects(box))
                 return true;
         }
@@ -313,8 +322,6 @@ private:
     const Metrics &m_metrics;
     const PlaceIndex &m_places;
     const Level &m_level;
-    QFont m_gridFont;
-    std::optional<QFontMetricsF> m_gridMetrics;
     VeltorFormatter m_formatter;
     std::vector<std::uint32_t> m_stack;
     std::vector<std::uint32_t> m_neighbours;
@@ -395,8 +402,11 @@ const PlaceLabelLayout::Metrics &PlaceLabelLayout::metrics() const
         const QFontMetricsF grid(layoutFont(m_fontFamily, m_gridFontWeight));
         double widestCharacter = 0.0;
         for (const char c :
-             std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXabcdefghijklmnopqrstuvwx0123456789"))
-            widestCharacter = std::max(widestCharacter, grid.horizontalAdvance(QLatin1Char(c)));
+             std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXabcdefghijklmnopqrstuvwx0123456789")) {
+            metrics->gridAdvances[int(c)] = grid.horizontalAdvance(QLatin1Char(c));
+            widestCharacter = std::max(widestCharacter, metrics->gridAdvances[int(c)]);
+        }
+        metrics->gridTextHeight = grid.height();
         const double gridScale = m_gridFontSize / layoutPixelSize;
         metrics->gridFontSize = m_gridFontSize;
         // Half the text, the plate's margin, and a point for the grid's snapping.
@@ -453,7 +463,7 @@ std::vector<PlaceLabel> PlaceLabelLayout::labelsIn(const MapRect &rect, double z
         return {};
     const Metrics &metrics = this->metrics();
     const std::shared_ptr<const Level> level = this->level(zoomLevelFor(zoomScale));
-    Evaluation evaluation(metrics, *level, m_fontFamily, m_gridFontWeight);
+    Evaluation evaluation(metrics, *level);
     // Between whole levels boxes shrink in map points, so the level's reach covers them.
     const double z = level->zoomScale;
     std::vector<std::uint32_t> candidates;

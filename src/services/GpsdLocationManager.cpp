@@ -2,6 +2,7 @@
 
 #include "GpsdReport.h"
 
+#include <QNetworkProxy>
 #include <QTcpSocket>
 
 #include <algorithm>
@@ -63,6 +64,8 @@ void GpsdLocationManager::connectToGpsd()
     m_buffer.clear();
     m_skippingLine = false;
     auto *socket = new QTcpSocket(this);
+    // gpsd is reached directly, never through a desktop web proxy.
+    socket->setProxy(QNetworkProxy::NoProxy);
     m_socket = socket;
     connect(socket, &QAbstractSocket::connected, this, &GpsdLocationManager::connected);
     connect(socket, &QIODevice::readyRead, this, &GpsdLocationManager::readLines);

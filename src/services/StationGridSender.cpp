@@ -7,6 +7,7 @@
 #include <QNetworkDatagram>
 #include <QNetworkInterface>
 #include <QRegularExpression>
+#include <QNetworkProxy>
 #include <QTcpSocket>
 #include <QUdpSocket>
 
@@ -122,6 +123,8 @@ void StationGridSender::configure(const Settings &settings)
             m_js8CallHost = api->host;
             m_js8CallPort = api->port;
             m_js8Call = std::make_unique<QTcpSocket>();
+            // The station's programs are reached directly, never through a desktop web proxy.
+            m_js8Call->setProxy(QNetworkProxy::NoProxy);
             connect(m_js8Call.get(), &QTcpSocket::connected, this,
                     &StationGridSender::sendToJs8Call);
             // JS8Call also talks on this connection; nothing it says matters here.
@@ -153,6 +156,7 @@ void StationGridSender::listen(const QString &address)
     const QHostAddress group(heard->host);
     const bool ipv6 = group.protocol() == QAbstractSocket::IPv6Protocol;
     m_udp = std::make_unique<QUdpSocket>();
+    m_udp->setProxy(QNetworkProxy::NoProxy);
     // Other programs that listen to WSJT-X (loggers, maps) may share the port.
     if (!m_udp->bind(ipv6 ? QHostAddress::AnyIPv6 : QHostAddress::AnyIPv4, heard->port,
                      QAbstractSocket::ShareAddress | QAbstractSocket::ReuseAddressHint)) {

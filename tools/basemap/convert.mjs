@@ -4,12 +4,12 @@
 // delta and varint coded, zlib compressed. See resources/basemap/README.md for the layout.
 // Usage: node convert.mjs [basemap path] [water path]
 
-import { readFileSync, writeFileSync } from 'node:fs';
+import { readFileSync } from 'node:fs';
 import { dirname, resolve } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { createRequire } from 'node:module';
-import { deflateSync } from 'node:zlib';
 import * as topojson from 'topojson-client';
+import { writeDataFile } from '../datafile.mjs';
 
 const here = dirname(fileURLToPath(import.meta.url));
 const require = createRequire(import.meta.url);
@@ -559,25 +559,13 @@ function polygonRings(features) {
     return rings;
 }
 
-// qCompress layout: the uncompressed size as 4 big-endian bytes, then a zlib stream.
 function writeFile(path, built) {
     const { payload, stats } = encode(built);
-    const compressed = deflateSync(payload, { level: 9, memLevel: 9 });
-    const stored = Buffer.alloc(4 + compressed.length);
-    stored.writeUInt32BE(payload.length, 0);
-    compressed.copy(stored, 4);
-
-    const header = Buffer.alloc(24);
-    header.write('VBASEMAP', 0, 'latin1');
-    header.writeUInt32LE(FORMAT_VERSION, 8);
-    header.writeUInt32LE(1, 12); // flags: bit 0, the payload is zlib compressed
-    header.writeUInt32LE(payload.length, 16);
-    header.writeUInt32LE(stored.length, 20);
-    writeFileSync(path, Buffer.concat([header, stored]));
+    const size = writeDataFile(path, 'VBASEMAP', FORMAT_VERSION, payload);
 
     for (const s of stats)
         console.log(`level ${s.level}: land ${s.land} points, borders ${s.borders}, ${s.bytes} bytes`);
-    console.log(`payload ${payload.length} bytes, file ${header.length + stored.length} bytes: ${path}`);
+    console.log(`payload ${payload.length} bytes, file ${size} bytes: ${path}`);
 }
 
 const landTopology = loadTopology('land-10m.json');

@@ -3,11 +3,10 @@
 // its Web Mercator map point, columns of fixed-width and varint fields, zlib compressed. See
 // resources/places/README.md for the layout. Usage: node convert.mjs [output path]
 
-import { writeFileSync } from 'node:fs';
 import { dirname, resolve } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { createRequire } from 'node:module';
-import { deflateSync } from 'node:zlib';
+import { writeDataFile } from '../datafile.mjs';
 
 const here = dirname(fileURLToPath(import.meta.url));
 const require = createRequire(import.meta.url);
@@ -85,21 +84,9 @@ for (const p of places) w.varint(p.name.length);
 for (const p of places) w.bytes(p.name);
 const payload = w.buffer();
 
-// qCompress layout: the uncompressed size as 4 big-endian bytes, then a zlib stream.
-const compressed = deflateSync(payload, { level: 9, memLevel: 9 });
-const stored = Buffer.alloc(4 + compressed.length);
-stored.writeUInt32BE(payload.length, 0);
-compressed.copy(stored, 4);
-
-const header = Buffer.alloc(24);
-header.write('VPLACEIX', 0, 'latin1');
-header.writeUInt32LE(FORMAT_VERSION, 8);
-header.writeUInt32LE(1, 12); // flags: bit 0, the payload is zlib compressed
-header.writeUInt32LE(payload.length, 16);
-header.writeUInt32LE(stored.length, 20);
-writeFileSync(output, Buffer.concat([header, stored]));
+const size = writeDataFile(output, 'VPLACEIX', FORMAT_VERSION, payload);
 
 const perLevel = new Array(LAST_FIRST_LEVEL + 1).fill(0);
 for (const p of places) ++perLevel[firstLevel(p.weight)];
 perLevel.forEach((n, level) => console.log(`first level ${level}: ${n} places`));
-console.log(`${places.length} places, payload ${payload.length} bytes, file ${header.length + stored.length} bytes: ${output}`);
+console.log(`${places.length} places, payload ${payload.length} bytes, file ${size} bytes: ${output}`);
