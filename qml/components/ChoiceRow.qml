@@ -13,6 +13,8 @@ T.RadioButton {
     // is the current one.
     // The mark follows the setting, never a click by itself.
     checkable: false
+    // Several pickers may share one column; each choice's mark follows its own setting.
+    autoExclusive: false
     implicitHeight: Theme.minimumTouchSize
     Accessible.name: control.accessibilityLabel
     Accessible.onPressAction: control.clicked()

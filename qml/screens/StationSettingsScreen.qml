@@ -76,6 +76,49 @@ FocusScope {
                     accessibilityLabel: controller.gpsdAddressAccessibilityLabel
                     onSubmitted: text => controller.setGpsdAddress(text)
                 }
+                CaptionLabel {
+                    Layout.leftMargin: Theme.spacing
+                    Layout.topMargin: Theme.spacing
+                    //: Heading of the choice of how long tracking waits for a receiver without a fix
+                    //% "Wait for a Fix"
+                    text: qsTrId("station.fix-wait")
+                }
+                ChoiceRow {
+                    Layout.fillWidth: true
+                    //: How long tracking waits for a fix: five minutes
+                    //% "5 Minutes"
+                    text: qsTrId("station.fix-wait.5min")
+                    accessibilityLabel: text
+                    checked: controller.fixWait === 0
+                    onClicked: controller.setFixWait(0)
+                }
+                ChoiceRow {
+                    Layout.fillWidth: true
+                    //: How long tracking waits for a fix: a quarter of an hour
+                    //% "15 Minutes"
+                    text: qsTrId("station.fix-wait.15min")
+                    accessibilityLabel: text
+                    checked: controller.fixWait === 1
+                    onClicked: controller.setFixWait(1)
+                }
+                ChoiceRow {
+                    Layout.fillWidth: true
+                    //: How long tracking waits for a fix: an hour
+                    //% "1 Hour"
+                    text: qsTrId("station.fix-wait.1h")
+                    accessibilityLabel: text
+                    checked: controller.fixWait === 2
+                    onClicked: controller.setFixWait(2)
+                }
+                ChoiceRow {
+                    Layout.fillWidth: true
+                    //: Tracking waits for a fix for as long as the receiver talks
+                    //% "As Long as It Takes"
+                    text: qsTrId("station.fix-wait.unlimited")
+                    accessibilityLabel: text
+                    checked: controller.fixWait === 3
+                    onClicked: controller.setFixWait(3)
+                }
                 SwitchRow {
                     Layout.fillWidth: true
                     Layout.topMargin: Theme.spacing

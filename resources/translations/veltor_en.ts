@@ -461,7 +461,7 @@
     </message>
     <message id="receiver.no-fix">
         <source>No fix</source>
-        <extracomment>The receiver has no position fix</extracomment>
+        <extracomment>The receiver has lost its position fix; the last point stays shown</extracomment>
         <translation>No fix</translation>
     </message>
     <message id="receiver.2d">
@@ -869,6 +869,156 @@
         <source>A tile address starts with http:// or https:// and holds {z}, {x} and {y}.</source>
         <extracomment>Under the URL template field when the text is no tile address</extracomment>
         <translation>A tile address starts with http:// or https:// and holds {z}, {x} and {y}.</translation>
+    </message>
+    <message id="receiver.waiting">
+        <source>Waiting for a position fix…</source>
+        <extracomment>Tracking has begun; no position has come from the GPS yet</extracomment>
+        <translation>Waiting for a position fix…</translation>
+    </message>
+    <message id="receiver.waiting-spoken">
+        <source>Waiting for a position fix</source>
+        <extracomment>Spoken: tracking has begun; no position has come from the GPS yet</extracomment>
+        <translation>Waiting for a position fix</translation>
+    </message>
+    <message id="receiver.no-fix-yet">
+        <source>No fix yet</source>
+        <extracomment>The receiver is talking but has not found its position yet (a cold start)</extracomment>
+        <translation>No fix yet</translation>
+    </message>
+    <message id="receiver.fix">
+        <source>Fix</source>
+        <extracomment>The receiver has a position fix and does not say whether 2D or 3D</extracomment>
+        <translation>Fix</translation>
+    </message>
+    <message id="gps.error.gpsd-silent">
+        <source>gpsd at %1 has sent no reports for %2 s.</source>
+        <extracomment>Tracking ended: gpsd is reachable but says nothing of a receiver; %1 HOST:PORT, %2 seconds</extracomment>
+        <translation>gpsd at %1 has sent no reports for %2 s.</translation>
+    </message>
+    <message id="gps.error.gpsd-gone">
+        <source>gpsd at %1 has been gone for %2 s.</source>
+        <extracomment>Tracking ended: gpsd went away and did not come back; %1 HOST:PORT, %2 seconds</extracomment>
+        <translation>gpsd at %1 has been gone for %2 s.</translation>
+    </message>
+    <message id="gps.error.gpsd-connect">
+        <source>Cannot connect to gpsd at %1 within %2 s.</source>
+        <extracomment>Tracking ended: gpsd could not be reached; %1 HOST:PORT, %2 seconds</extracomment>
+        <translation>Cannot connect to gpsd at %1 within %2 s.</translation>
+    </message>
+    <message id="gps.error.no-fix">
+        <source>No position fix for %1 min: tracking has stopped.</source>
+        <extracomment>Tracking ended: the receiver talked but found no position for this long; %1 minutes</extracomment>
+        <translation>No position fix for %1 min: tracking has stopped.</translation>
+    </message>
+    <message id="gps.error.device-open">
+        <source>Cannot open the GPS device %1: %2.</source>
+        <extracomment>Tracking ended: the serial GPS receiver cannot be opened; %1 its device, %2 the reason</extracomment>
+        <translation>Cannot open the GPS device %1: %2.</translation>
+    </message>
+    <message id="gps.error.device-gone">
+        <source>The GPS device %1 was disconnected.</source>
+        <extracomment>Tracking ended: the serial GPS receiver was unplugged; %1 its device</extracomment>
+        <translation>The GPS device %1 was disconnected.</translation>
+    </message>
+    <message id="gps.error.device-failed">
+        <source>The GPS device %1 failed: %2.</source>
+        <extracomment>Tracking ended: the serial GPS receiver failed; %1 its device, %2 why</extracomment>
+        <translation>The GPS device %1 failed: %2.</translation>
+    </message>
+    <message id="gps.error.tcp-closed">
+        <source>The GPS source %1 closed the connection.</source>
+        <extracomment>Tracking ended: the NMEA stream over the network was closed by its sender; %1 HOST:PORT</extracomment>
+        <translation>The GPS source %1 closed the connection.</translation>
+    </message>
+    <message id="gps.error.tcp-connect">
+        <source>Cannot connect to the GPS source %1: %2.</source>
+        <extracomment>Tracking ended: the NMEA stream cannot be reached; %1 HOST:PORT, %2 why</extracomment>
+        <translation>Cannot connect to the GPS source %1: %2.</translation>
+    </message>
+    <message id="gps.error.tcp-failed">
+        <source>The connection to the GPS source %1 failed: %2.</source>
+        <extracomment>Tracking ended: the NMEA stream&apos;s connection broke; %1 HOST:PORT, %2 why</extracomment>
+        <translation>The connection to the GPS source %1 failed: %2.</translation>
+    </message>
+    <message id="gps.error.log-folder">
+        <source>Cannot open the NMEA log %1: it is a folder.</source>
+        <extracomment>Tracking ended: the NMEA log to replay is a folder; %1 its path</extracomment>
+        <translation>Cannot open the NMEA log %1: it is a folder.</translation>
+    </message>
+    <message id="gps.error.log-open">
+        <source>Cannot open the NMEA log %1: %2.</source>
+        <extracomment>Tracking ended: the NMEA log to replay cannot be read; %1 its path, %2 why</extracomment>
+        <translation>Cannot open the NMEA log %1: %2.</translation>
+    </message>
+    <message id="gps.error.log-ended">
+        <source>The NMEA log %1 has ended.</source>
+        <extracomment>Tracking ended: the recorded NMEA log has been replayed to its end; %1 its path</extracomment>
+        <translation>The NMEA log %1 has ended.</translation>
+    </message>
+    <message id="gps.error.connect-timeout">
+        <source>Cannot connect to the GPS source %1 within %2 s.</source>
+        <extracomment>Tracking ended: the NMEA stream could not be reached in time; %1 HOST:PORT, %2 seconds</extracomment>
+        <translation>Cannot connect to the GPS source %1 within %2 s.</translation>
+    </message>
+    <message id="gps.error.not-nmea">
+        <source>The GPS source %1 sends no NMEA data.</source>
+        <extracomment>Tracking ended: data arrives, but none of it is NMEA; %1 the GPS source</extracomment>
+        <translation>The GPS source %1 sends no NMEA data.</translation>
+    </message>
+    <message id="gps.error.silent">
+        <source>The GPS source %1 has sent nothing for %2 s.</source>
+        <extracomment>Tracking ended: the GPS source has fallen silent; %1 the source, %2 seconds</extracomment>
+        <translation>The GPS source %1 has sent nothing for %2 s.</translation>
+    </message>
+    <message id="gps.error.system-access">
+        <source>The system positioning service refused access to the position.</source>
+        <extracomment>Tracking ended: the desktop&apos;s location service refused Veltor</extracomment>
+        <translation>The system positioning service refused access to the position.</translation>
+    </message>
+    <message id="gps.error.system-closed">
+        <source>The system positioning service has closed.</source>
+        <extracomment>Tracking ended: the desktop&apos;s location service went away</extracomment>
+        <translation>The system positioning service has closed.</translation>
+    </message>
+    <message id="gps.error.system-no-fix">
+        <source>The system positioning service has no position fix.</source>
+        <extracomment>Tracking ended: the desktop&apos;s location service found no position</extracomment>
+        <translation>The system positioning service has no position fix.</translation>
+    </message>
+    <message id="gps.error.system-failed">
+        <source>The system positioning service failed.</source>
+        <extracomment>Tracking ended: the desktop&apos;s location service failed for a reason it does not give</extracomment>
+        <translation>The system positioning service failed.</translation>
+    </message>
+    <message id="gps.error.no-source">
+        <source>No positioning source is available.</source>
+        <extracomment>Tracking ended: there is neither a GPS source nor a desktop location service</extracomment>
+        <translation>No positioning source is available.</translation>
+    </message>
+    <message id="station.fix-wait">
+        <source>Wait for a Fix</source>
+        <extracomment>Heading of the choice of how long tracking waits for a receiver without a fix</extracomment>
+        <translation>Wait for a Fix</translation>
+    </message>
+    <message id="station.fix-wait.5min">
+        <source>5 Minutes</source>
+        <extracomment>How long tracking waits for a fix: five minutes</extracomment>
+        <translation>5 Minutes</translation>
+    </message>
+    <message id="station.fix-wait.15min">
+        <source>15 Minutes</source>
+        <extracomment>How long tracking waits for a fix: a quarter of an hour</extracomment>
+        <translation>15 Minutes</translation>
+    </message>
+    <message id="station.fix-wait.1h">
+        <source>1 Hour</source>
+        <extracomment>How long tracking waits for a fix: an hour</extracomment>
+        <translation>1 Hour</translation>
+    </message>
+    <message id="station.fix-wait.unlimited">
+        <source>As Long as It Takes</source>
+        <extracomment>Tracking waits for a fix for as long as the receiver talks</extracomment>
+        <translation>As Long as It Takes</translation>
     </message>
 </context>
 </TS>

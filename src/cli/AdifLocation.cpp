@@ -54,6 +54,13 @@ std::optional<double> AdifLocation::parse(std::string_view text, Axis axis, std:
     return hemisphere == negative ? -value : value;
 }
 
+ExactAngle AdifLocation::exact(std::string_view text)
+{
+    const char hemisphere = upper(text[0]);
+    return *ExactAngle::fromParts(text.substr(1, 3), text.substr(5), {},
+                                  hemisphere == 'S' || hemisphere == 'W');
+}
+
 std::string AdifLocation::format(double degrees, Axis axis)
 {
     const bool latitude = axis == Axis::Latitude;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ExactAngle.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,6 +21,8 @@ public:
 
     // Degrees, south and west negative; on failure *why completes "LAT \"...\" ".
     static std::optional<double> parse(std::string_view text, Axis axis, std::string *why);
+    // The exact value of text that parse() accepts.
+    static ExactAngle exact(std::string_view text);
     // Rounded to the nearest thousandth of a minute.
     static std::string format(double degrees, Axis axis);
 };

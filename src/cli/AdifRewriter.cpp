@@ -2,6 +2,7 @@
 
 #include "AdifLocation.h"
 #include "ContestDistance.h"
+#include "ExactLocator.h"
 #include "GeodesicPath.h"
 #include "VeltorFormatter.h"
 
@@ -279,7 +280,9 @@ std::optional<Coordinate> AdifRewriter::completeStation(Known grid, std::string 
     }
     if (gridText.empty() && degrees[0] && degrees[1]) {
         char locator[VeltorFormatter::maximumEncodedLength];
-        const int length = VeltorFormatter::encode({*degrees[0], *degrees[1]}, m_chars, locator);
+        const int length = ExactLocator::encode(AdifLocation::exact(value(Known(grid + 1))),
+                                                AdifLocation::exact(value(Known(grid + 2))),
+                                                m_chars, locator);
         appendField(additions, knownNames[grid], std::string_view(locator, std::size_t(length)));
     }
     for (int i = 0; i < 2 && centre; ++i) {

@@ -4,6 +4,7 @@
 #include "ContestDistance.h"
 #include "CoordinateFormatter.h"
 #include "DoubleValue.h"
+#include "ExactLocator.h"
 #include "GeodesicPath.h"
 #include "VeltorFormatter.h"
 #include "VeltorVersion.h"
@@ -105,7 +106,7 @@ std::string quoted(std::string_view text)
 }
 
 std::optional<double> strictNotation(std::string_view text, char positive, char negative,
-                                     std::string *why)
+                                     std::string *why, std::optional<ExactAngle> *exact)
 {
     std::vector<std::string_view> pieces;
     std::size_t start = 0;
@@ -124,6 +125,7 @@ std::optional<double> strictNotation(std::string_view text, char positive, char 
         return std::nullopt;
     }
     const std::string_view marks[] = {degreeMark, minuteMark, secondMark};
+    std::string_view numbers[3];
     for (std::size_t i = 0; i + 1 < pieces.size(); ++i) {
         const std::string_view piece = pieces[i];
         const std::string_view mark = marks[i];
@@ -142,7 +144,9 @@ std::optional<double> strictNotation(std::string_view text, char positive, char 
             *why = "only the last part may have decimals";
             return std::nullopt;
         }
+        numbers[i] = piece.substr(0, piece.size() - mark.size());
     }
+    *exact = ExactAngle::fromParts(numbers[0], numbers[1], numbers[2], hemisphere[0] == negative);
     return CoordinateFormatter::degreesFromString(
         QString::fromUtf8(text.data(), qsizetype(text.size())));
 }
@@ -300,7 +304,9 @@ LocateCommand::parseArguments(const std::vector<std::string_view> &arguments, st
     if (fromQuery) {
         // Read as any query is, with the same checks.
         std::string why;
-        options.from = LocateCommand(options).pointOf(*fromQuery, why);
+        const auto from = LocateCommand(options).pointOf(*fromQuery, why);
+        if (from)
+            options.from = from->coordinate;
         if (!options.from) {
             *error = "--from " + std::string(*fromQuery) + ": " + why;
             return std::nullopt;
@@ -314,10 +320,10 @@ LocateCommand::parseArguments(const std::vector<std::string_view> &arguments, st
 
 LocateCommand::LocateCommand(Options options) : m_options(std::move(options)) {}
 
-bool LocateCommand::appendLine(Coordinate point, std::string &out, std::string &error) const
+bool LocateCommand::appendLine(const Point &point, std::string &out, std::string &error) const
 {
-    const double latitude = point.latitude;
-    const double longitude = point.longitude;
+    const double latitude = point.coordinate.latitude;
+    const double longitude = point.coordinate.longitude;
     const CoordinateFormat notation = m_options.notation;
     if (!CoordinateFormatter::canFormat(notation, latitude) ||
         !CoordinateFormatter::canFormat(notation, longitude)) {
@@ -329,7 +335,10 @@ bool LocateCommand::appendLine(Coordinate point, std::string &out, std::string &
         return false;
     }
     char locator[VeltorFormatter::maximumEncodedLength];
-    const int length = VeltorFormatter::encode({latitude, longitude}, m_options.chars, locator);
+    const int length =
+        point.exact ? ExactLocator::encode(point.exact->first, point.exact->second, m_options.chars,
+                                           locator)
+                    : VeltorFormatter::encode(point.coordinate, m_options.chars, locator);
     out.append(locator, std::size_t(length));
     out += '\t';
     CoordinateFormatter::appendDegrees(out, notation, CoordinateFormatter::Form::Display, latitude,
@@ -343,10 +352,10 @@ bool LocateCommand::appendLine(Coordinate point, std::string &out, std::string &
     appendShortest(out, longitude);
     if (m_options.from) {
         char columns[64];
-        const GeodesicPath path = GeodesicPath::between(*m_options.from, point);
+        const GeodesicPath path = GeodesicPath::between(*m_options.from, point.coordinate);
         if (m_options.contest) {
             std::snprintf(columns, sizeof columns, "\t%d\t%.1f",
-                          contestKilometres(*m_options.from, point), path.shortBearing);
+                          contestKilometres(*m_options.from, point.coordinate), path.shortBearing);
         } else {
             std::snprintf(columns, sizeof columns, "\t%.3f\t%.1f", path.shortMetres / 1000.0,
                           path.shortBearing);
@@ -357,13 +366,14 @@ bool LocateCommand::appendLine(Coordinate point, std::string &out, std::string &
     return true;
 }
 
-std::optional<Coordinate> LocateCommand::coordinatePoint(std::string_view query,
-                                                        std::string &error) const
+std::optional<LocateCommand::Point> LocateCommand::coordinatePoint(std::string_view query,
+                                                                  std::string &error) const
 {
     if (hasNotationMarks(query)) {
         if (m_options.lenient) {
-            return CoordinateFormatter::coordinateFromString(
-                QString::fromUtf8(query.data(), qsizetype(query.size())));
+            return Point{CoordinateFormatter::coordinateFromString(
+                             QString::fromUtf8(query.data(), qsizetype(query.size()))),
+                         std::nullopt};
         }
         const std::size_t separator = query.find(", ");
         if (separator == std::string_view::npos ||
@@ -372,12 +382,15 @@ std::optional<Coordinate> LocateCommand::coordinatePoint(std::string_view query,
             return std::nullopt;
         }
         std::string why;
-        const auto latitude = strictNotation(query.substr(0, separator), 'N', 'S', &why);
+        std::optional<ExactAngle> exactLatitude, exactLongitude;
+        const auto latitude =
+            strictNotation(query.substr(0, separator), 'N', 'S', &why, &exactLatitude);
         if (!latitude) {
             error += "latitude: " + why;
             return std::nullopt;
         }
-        const auto longitude = strictNotation(query.substr(separator + 2), 'E', 'W', &why);
+        const auto longitude =
+            strictNotation(query.substr(separator + 2), 'E', 'W', &why, &exactLongitude);
         if (!longitude) {
             error += "longitude: " + why;
             return std::nullopt;
@@ -386,14 +399,17 @@ std::optional<Coordinate> LocateCommand::coordinatePoint(std::string_view query,
             error += "outside -90..90 latitude or -180..180 longitude";
             return std::nullopt;
         }
-        return Coordinate{*latitude, *longitude};
+        Point point{{*latitude, *longitude}, std::nullopt};
+        if (exactLatitude && exactLongitude)
+            point.exact.emplace(*exactLatitude, *exactLongitude);
+        return point;
     }
 
     const std::size_t comma = query.find(',');
     const std::string_view first = query.substr(0, comma);
     const std::string_view second = query.substr(comma + 1);
     if (m_options.lenient)
-        return Coordinate{doubleValue(first), doubleValue(second)};
+        return Point{{doubleValue(first), doubleValue(second)}, std::nullopt};
 
     if (second.find(',') != std::string_view::npos) {
         error += "expected two numbers \"LAT,LON\"";
@@ -413,7 +429,12 @@ std::optional<Coordinate> LocateCommand::coordinatePoint(std::string_view query,
         error += "longitude must be within -180..180";
         return std::nullopt;
     }
-    return Coordinate{*latitude, *longitude};
+    Point point{{*latitude, *longitude}, std::nullopt};
+    const auto exactLatitude = ExactAngle::fromDecimal(trimmed(first));
+    const auto exactLongitude = ExactAngle::fromDecimal(trimmed(second));
+    if (exactLatitude && exactLongitude)
+        point.exact.emplace(*exactLatitude, *exactLongitude);
+    return point;
 }
 
 std::optional<Coordinate> LocateCommand::strictLocatorPoint(std::string_view locator,
@@ -438,13 +459,18 @@ std::optional<Coordinate> LocateCommand::strictLocatorPoint(std::string_view loc
     return VeltorFormatter::decode(locator);
 }
 
-std::optional<Coordinate> LocateCommand::locatorPoint(std::string_view query,
-                                                     std::string &error) const
+std::optional<LocateCommand::Point> LocateCommand::locatorPoint(std::string_view query,
+                                                               std::string &error) const
 {
-    return m_options.lenient ? VeltorFormatter::decode(query) : strictLocatorPoint(query, error);
+    const std::optional<Coordinate> centre =
+        m_options.lenient ? VeltorFormatter::decode(query) : strictLocatorPoint(query, error);
+    if (!centre)
+        return std::nullopt;
+    return Point{*centre, std::nullopt};
 }
 
-std::optional<Coordinate> LocateCommand::pointOf(std::string_view query, std::string &error) const
+std::optional<LocateCommand::Point> LocateCommand::pointOf(std::string_view query,
+                                                           std::string &error) const
 {
     return query.find(',') != std::string_view::npos ? coordinatePoint(query, error)
                                                      : locatorPoint(query, error);
@@ -453,7 +479,7 @@ std::optional<Coordinate> LocateCommand::pointOf(std::string_view query, std::st
 bool LocateCommand::convert(std::string_view query, std::string &out, std::string &error) const
 {
     const std::size_t errorStart = error.size();
-    const std::optional<Coordinate> point = pointOf(query, error);
+    const std::optional<Point> point = pointOf(query, error);
     const bool ok = point && appendLine(*point, out, error);
     if (!ok) {
         std::string prefix = "veltor-locate: ";

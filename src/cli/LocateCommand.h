@@ -2,6 +2,7 @@
 
 #include "Coordinate.h"
 #include "CoordinateFormat.h"
+#include "ExactAngle.h"
 #include "VeltorFormat.h"
 
 #include <cstdio>
@@ -54,11 +55,18 @@ public:
     int run(std::FILE *input, std::FILE *output, std::FILE *errors) const;
 
 private:
-    // The point a query names: a coordinate, or the centre of a locator's cell.
-    std::optional<Coordinate> pointOf(std::string_view query, std::string &error) const;
-    std::optional<Coordinate> coordinatePoint(std::string_view query, std::string &error) const;
-    std::optional<Coordinate> locatorPoint(std::string_view query, std::string &error) const;
-    bool appendLine(Coordinate point, std::string &out, std::string &error) const;
+    // The point a query names: a coordinate, or the centre of a locator's cell. A coordinate
+    // read strictly keeps its text's exact value too, for the locator.
+    struct Point
+    {
+        Coordinate coordinate;
+        std::optional<std::pair<ExactAngle, ExactAngle>> exact;
+    };
+
+    std::optional<Point> pointOf(std::string_view query, std::string &error) const;
+    std::optional<Point> coordinatePoint(std::string_view query, std::string &error) const;
+    std::optional<Point> locatorPoint(std::string_view query, std::string &error) const;
+    bool appendLine(const Point &point, std::string &out, std::string &error) const;
 
     Options m_options;
 };

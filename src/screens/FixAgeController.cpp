@@ -9,8 +9,7 @@
 
 FixAgeController::FixAgeController(QObject *parent)
     : FixAgeController(
-          ApplicationStateSystem::sharedSystem(),
-          &LocationTrackingSystem::sharedSystem().locationManager(),
+          ApplicationStateSystem::sharedSystem(), &LocationTrackingSystem::sharedSystem(),
           [] {
               static QElapsedTimer steady;
               if (!steady.isValid())
@@ -21,21 +20,33 @@ FixAgeController::FixAgeController(QObject *parent)
 {
 }
 
-FixAgeController::FixAgeController(ApplicationStateSystem &state, LocationManager *receiver,
+FixAgeController::FixAgeController(ApplicationStateSystem &state, LocationTrackingSystem *tracking,
                                    Clock clock, QObject *parent)
-    : QObject(parent), m_state(state), m_receiver(receiver), m_clock(std::move(clock))
+    : QObject(parent), m_state(state), m_tracking(tracking), m_clock(std::move(clock))
 {
-    if (m_receiver) {
-        connect(m_receiver, &LocationManager::receiverStatusChanged, this,
+    if (m_tracking) {
+        connect(&m_tracking->locationManager(), &LocationManager::receiverStatusChanged, this,
+                &FixAgeController::refreshReceiver);
+        connect(m_tracking, &LocationTrackingSystem::trackingChanged, this,
+                &FixAgeController::refreshReceiver);
+        connect(m_tracking, &LocationTrackingSystem::failureTextChanged, this,
                 &FixAgeController::refreshReceiver);
     }
     using namespace std::chrono_literals;
     m_ticker.setInterval(1s);
     connect(&m_ticker, &QTimer::timeout, this, &FixAgeController::refresh);
     connect(&m_state, &ApplicationStateSystem::coordinateChanged, this,
-            &FixAgeController::fixArrived);
+            &FixAgeController::pointChanged);
     connect(&m_state, &ApplicationStateSystem::coordinateIsLiveTrackedChanged, this,
             &FixAgeController::fixArrived);
+    fixArrived();
+}
+
+void FixAgeController::pointChanged()
+{
+    // A point the user chose replaces the one whose tracking failed.
+    if (m_tracking && !m_tracking->tracking() && !m_state.coordinateIsLiveTracked())
+        m_dismissedFailure = m_tracking->failureText();
     fixArrived();
 }
 
@@ -43,29 +54,55 @@ void FixAgeController::refreshReceiver()
 {
     m_receiverText.clear();
     m_receiverAccessibilityLabel.clear();
-    const ReceiverStatus status = m_receiver ? m_receiver->receiverStatus() : ReceiverStatus();
-    // Only a running source reconnects, so this shows from the first try, before any fix.
-    if (status.reconnecting) {
+    const ReceiverStatus status =
+        m_tracking ? m_tracking->locationManager().receiverStatus() : ReceiverStatus();
+    const bool tracking = m_tracking && m_tracking->tracking();
+    const bool live = m_state.coordinateIsLiveTracked();
+    const QString failure = m_tracking ? m_tracking->failureText() : QString();
+    if (!tracking && !failure.isEmpty() && failure != m_dismissedFailure) {
+        m_receiverText = failure;
+        m_receiverAccessibilityLabel = failure;
+    } else if (status.reconnecting) {
+        // Only a running source reconnects, so this shows from the first try, before any fix.
         //: The GPS daemon or the network went away; Veltor keeps trying to reach it
         //% "GPS source lost · reconnecting…"
         m_receiverText = qtTrId("receiver.reconnecting");
         //: Spoken: the GPS daemon or the network went away; Veltor keeps trying to reach it
         //% "GPS source lost, reconnecting"
         m_receiverAccessibilityLabel = qtTrId("receiver.reconnecting-spoken");
-    } else if (m_state.coordinateIsLiveTracked() && status.fixMode != ReceiverStatus::Unknown) {
+    } else if (tracking && !live && status.fixMode == ReceiverStatus::Unknown) {
+        //: Tracking has begun; no position has come from the GPS yet
+        //% "Waiting for a position fix…"
+        m_receiverText = qtTrId("receiver.waiting");
+        //: Spoken: tracking has begun; no position has come from the GPS yet
+        //% "Waiting for a position fix"
+        m_receiverAccessibilityLabel = qtTrId("receiver.waiting-spoken");
+    } else if ((tracking || live) && status.fixMode != ReceiverStatus::Unknown) {
         QString mode;
         switch (status.fixMode) {
         case ReceiverStatus::NoFix:
-            //: The receiver has no position fix
-            //% "No fix"
-            mode = qtTrId("receiver.no-fix");
+            if (live) {
+                //: The receiver has lost its position fix; the last point stays shown
+                //% "No fix"
+                mode = qtTrId("receiver.no-fix");
+            } else {
+                //: The receiver is talking but has not found its position yet (a cold start)
+                //% "No fix yet"
+                mode = qtTrId("receiver.no-fix-yet");
+            }
+            break;
+        case ReceiverStatus::Fix:
+            //: The receiver has a position fix and does not say whether 2D or 3D
+            //% "Fix"
+            mode = qtTrId("receiver.fix");
             break;
         case ReceiverStatus::TwoD:
             //: A two-dimensional fix: no height, so the position is weaker
             //% "2D fix"
             mode = qtTrId("receiver.2d");
             break;
-        default:
+        case ReceiverStatus::Unknown:
+        case ReceiverStatus::ThreeD:
             //: A three-dimensional fix, with height
             //% "3D fix"
             mode = qtTrId("receiver.3d");

@@ -8,12 +8,13 @@
 #include <functional>
 
 class ApplicationStateSystem;
-class LocationManager;
+class LocationTrackingSystem;
 
 // The honest state of live tracking: what the receiver says of its fix (2D or 3D, satellites used
-// and in view), and when the fix has gone stale, no new one for more than five seconds. The last
-// point stays where it was; the panel then says how old it is instead of passing it off as
-// current.
+// and in view, or that it is still looking), and when the fix has gone stale, no new one for more
+// than five seconds. The last point stays where it was; the panel then says how old it is instead
+// of passing it off as current. When tracking has ended by a failure, the receiver line says why
+// until tracking begins again or the user chooses a point.
 class FixAgeController : public QObject
 {
     Q_OBJECT
@@ -32,8 +33,8 @@ public:
 
     // Over the app's shared state, on the system's steady clock.
     explicit FixAgeController(QObject *parent = nullptr);
-    // The receiver may be null: a source that says nothing of its fix.
-    FixAgeController(ApplicationStateSystem &state, LocationManager *receiver, Clock clock,
+    // Tracking may be null: no receiver to speak of.
+    FixAgeController(ApplicationStateSystem &state, LocationTrackingSystem *tracking, Clock clock,
                      QObject *parent = nullptr);
 
     bool stale() const { return !m_text.isEmpty(); }
@@ -52,8 +53,12 @@ private:
     void fixArrived();
     void refreshReceiver();
 
+    void pointChanged();
+
     ApplicationStateSystem &m_state;
-    LocationManager *m_receiver;
+    LocationTrackingSystem *m_tracking;
+    // The failure the user has moved on from by choosing a point.
+    QString m_dismissedFailure;
     Clock m_clock;
     qint64 m_lastFix = 0;
     QTimer m_ticker;

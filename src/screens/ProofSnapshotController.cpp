@@ -98,7 +98,7 @@ QString ProofSnapshotController::report(const QDateTime &utc) const
                     ? QStringLiteral("Source: live GPS fix, accuracy %1 m\n").arg(*accuracy, 0, 'f', 1)
                     : QStringLiteral("Source: live GPS fix, accuracy not reported\n");
         const ReceiverStatus receiver = m_receiver ? m_receiver->receiverStatus() : ReceiverStatus();
-        static const char *const modes[] = {"not reported", "no fix", "2D", "3D"};
+        static const char *const modes[] = {"not reported", "no fix", "fix", "2D", "3D"};
         text += QStringLiteral("Fix: %1; satellites used: %2; in view: %3\n")
                     .arg(QLatin1String(modes[receiver.fixMode]),
                          receiver.satellitesUsed >= 0 ? QString::number(receiver.satellitesUsed)

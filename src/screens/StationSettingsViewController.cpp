@@ -34,6 +34,8 @@ StationSettingsViewController::StationSettingsViewController(PreferencesSystem &
                              &m_preferences, changedElsewhere, m_preferences.notificationCenter());
     m_gridObserver.emplace(QString(PreferencesSystemStationGridDidChangeNotification),
                            &m_preferences, changedElsewhere, m_preferences.notificationCenter());
+    m_fixWaitObserver.emplace(QString(PreferencesSystemFixWaitDidChangeNotification),
+                              &m_preferences, changedElsewhere, m_preferences.notificationCenter());
 }
 
 QString StationSettingsViewController::title()
@@ -204,4 +206,15 @@ void StationSettingsViewController::setJs8CallAddress(const QString &address)
         m_preferences.setJs8CallAddress(address);
     else
         emit changed();
+}
+
+int StationSettingsViewController::fixWait() const
+{
+    return int(m_preferences.fixWait());
+}
+
+void StationSettingsViewController::setFixWait(int wait)
+{
+    if (wait >= int(FixWait::FiveMinutes) && wait <= int(FixWait::Unlimited))
+        m_preferences.setFixWait(FixWait(wait));
 }

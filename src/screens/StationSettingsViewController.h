@@ -30,6 +30,8 @@ class StationSettingsViewController : public QObject
     Q_PROPERTY(QString gpsdAddress READ gpsdAddress NOTIFY changed)
     Q_PROPERTY(QString gpsdAddressError READ gpsdAddressError NOTIFY changed)
     Q_PROPERTY(QString gpsdAddressAccessibilityLabel READ gpsdAddressAccessibilityLabel CONSTANT)
+    // How long tracking waits for a fix: FixWait's cases in order.
+    Q_PROPERTY(int fixWait READ fixWait NOTIFY changed)
     Q_PROPERTY(bool sendToWsjtx READ sendToWsjtx NOTIFY changed)
     Q_PROPERTY(QString wsjtxAddress READ wsjtxAddress NOTIFY changed)
     Q_PROPERTY(QString wsjtxAddressError READ wsjtxAddressError NOTIFY changed)
@@ -64,6 +66,7 @@ public:
     bool usesGpsd() const;
     QString gpsdAddress() const { return m_gpsdAddress; }
     QString gpsdAddressError() const { return m_gpsdAddressError; }
+    int fixWait() const;
     bool sendToWsjtx() const;
     QString wsjtxAddress() const;
     QString wsjtxAddressError() const { return m_wsjtxAddressError; }
@@ -75,6 +78,7 @@ public:
     Q_INVOKABLE void useGpsd();
     // Each stores the address if it reads as HOST:PORT, and says why not otherwise.
     Q_INVOKABLE void setGpsdAddress(const QString &address);
+    Q_INVOKABLE void setFixWait(int wait);
     Q_INVOKABLE void toggleWsjtx();
     Q_INVOKABLE void setWsjtxAddress(const QString &address);
     Q_INVOKABLE void toggleJs8Call();
@@ -89,6 +93,7 @@ private:
     PreferencesSystem &m_preferences;
     std::optional<NotificationObserver> m_sourceObserver;
     std::optional<NotificationObserver> m_gridObserver;
+    std::optional<NotificationObserver> m_fixWaitObserver;
     QString m_gpsdAddress;
     QString m_gpsdAddressError;
     QString m_wsjtxAddressError;

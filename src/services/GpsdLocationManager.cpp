@@ -2,6 +2,7 @@
 
 #include "GpsdReport.h"
 
+#include <QLocale>
 #include <QNetworkProxy>
 #include <QTcpSocket>
 
@@ -10,8 +11,8 @@
 GpsdLocationManager::GpsdLocationManager(const QString &host, quint16 port, QObject *parent)
     : LocationManager(parent), m_host(host), m_port(port)
 {
-    m_fixTimer.setSingleShot(true);
-    connect(&m_fixTimer, &QTimer::timeout, this, &GpsdLocationManager::fixTimedOut);
+    m_silenceTimer.setSingleShot(true);
+    connect(&m_silenceTimer, &QTimer::timeout, this, &GpsdLocationManager::silenceTimedOut);
     m_reconnectTimer.setSingleShot(true);
     connect(&m_reconnectTimer, &QTimer::timeout, this, &GpsdLocationManager::connectToGpsd);
 }
@@ -42,7 +43,7 @@ void GpsdLocationManager::startUpdatingLocation()
     m_updating = true;
     m_everConnected = false;
     m_reconnectDelay = m_firstReconnectDelay;
-    m_fixTimer.start(m_fixTimeout);
+    m_silenceTimer.start(m_silenceTimeout);
     connectToGpsd();
 }
 
@@ -128,6 +129,8 @@ void GpsdLocationManager::handleLine(QByteArrayView line)
 {
     const GpsdReport report = GpsdReport::parse(line);
     ReceiverStatus status = receiverStatus();
+    if (report.kind != GpsdReport::Kind::Other)
+        m_silenceTimer.start(m_silenceTimeout);
     switch (report.kind) {
     case GpsdReport::Kind::Other:
         return;
@@ -145,21 +148,25 @@ void GpsdLocationManager::handleLine(QByteArrayView line)
     }
     if (!report.coordinate)
         return;
-    m_fixTimer.start(m_fixTimeout);
     emit locationsUpdated({Location{*report.coordinate, report.horizontalAccuracy}});
 }
 
-void GpsdLocationManager::fixTimedOut()
+void GpsdLocationManager::silenceTimedOut()
 {
-    const QString seconds = QString::number(double(m_fixTimeout.count()) / 1000.0);
-    if (m_connected)
-        fail(QStringLiteral("gpsd at %1 has reported no position fix for %2 s.")
-                 .arg(description(), seconds));
-    else if (m_everConnected)
-        fail(QStringLiteral("gpsd at %1 has been gone for %2 s.").arg(description(), seconds));
-    else
-        fail(QStringLiteral("Cannot connect to gpsd at %1 within %2 s.")
-                 .arg(description(), seconds));
+    const QString seconds = QLocale().toString(double(m_silenceTimeout.count()) / 1000.0);
+    if (m_connected) {
+        //: Tracking ended: gpsd is reachable but says nothing of a receiver; %1 HOST:PORT, %2 seconds
+        //% "gpsd at %1 has sent no reports for %2 s."
+        fail(qtTrId("gps.error.gpsd-silent").arg(description(), seconds));
+    } else if (m_everConnected) {
+        //: Tracking ended: gpsd went away and did not come back; %1 HOST:PORT, %2 seconds
+        //% "gpsd at %1 has been gone for %2 s."
+        fail(qtTrId("gps.error.gpsd-gone").arg(description(), seconds));
+    } else {
+        //: Tracking ended: gpsd could not be reached; %1 HOST:PORT, %2 seconds
+        //% "Cannot connect to gpsd at %1 within %2 s."
+        fail(qtTrId("gps.error.gpsd-connect").arg(description(), seconds));
+    }
 }
 
 void GpsdLocationManager::fail(const QString &description)
@@ -179,7 +186,7 @@ void GpsdLocationManager::teardown()
 {
     m_updating = false;
     m_connected = false;
-    m_fixTimer.stop();
+    m_silenceTimer.stop();
     m_reconnectTimer.stop();
     if (m_socket) {
         m_socket->disconnect(this);

@@ -14,15 +14,16 @@ class QTcpSocket;
 // Live positions from gpsd, the daemon that shares a station's GPS between programs, over its
 // JSON protocol: TPV reports give the fix, SKY reports the satellites. gpsd restarting or the
 // network dropping is not the end of tracking: the manager reconnects, waiting a little longer
-// each time, and says so through receiverStatus(). Only a whole fixTimeout() without a fix,
-// connected or not, ends the updates through failed(). Lines that are not JSON, are cut short,
+// each time, and says so through receiverStatus(). A receiver without a fix is waiting, not
+// failing: only a whole silenceTimeout() without a report, connected or not, ends the updates
+// through failed(). Lines that are not JSON, are cut short,
 // are too long or are of a class Veltor does not use are skipped.
 class GpsdLocationManager : public LocationManager
 {
     Q_OBJECT
 
 public:
-    static constexpr std::chrono::milliseconds defaultFixTimeout{30000};
+    static constexpr std::chrono::milliseconds defaultSilenceTimeout{30000};
     // The first wait before reconnecting; it doubles up to maximumReconnectDelay.
     static constexpr std::chrono::milliseconds defaultReconnectDelay{500};
     static constexpr std::chrono::milliseconds maximumReconnectDelay{8000};
@@ -41,7 +42,7 @@ public:
     bool isUpdating() const { return m_updating; }
     bool isConnected() const { return m_connected; }
     // For tests that cannot wait half a minute.
-    void setFixTimeout(std::chrono::milliseconds timeout) { m_fixTimeout = timeout; }
+    void setSilenceTimeout(std::chrono::milliseconds timeout) { m_silenceTimeout = timeout; }
     void setReconnectDelay(std::chrono::milliseconds delay) { m_firstReconnectDelay = delay; }
 
 private:
@@ -50,7 +51,7 @@ private:
     void connectionLost();
     void readLines();
     void handleLine(QByteArrayView line);
-    void fixTimedOut();
+    void silenceTimedOut();
     void fail(const QString &description);
     void teardown();
     QString description() const;
@@ -61,9 +62,9 @@ private:
     QByteArray m_buffer;
     // Inside a line longer than maximumLineLength: drop bytes up to its end.
     bool m_skippingLine = false;
-    QTimer m_fixTimer;
+    QTimer m_silenceTimer;
     QTimer m_reconnectTimer;
-    std::chrono::milliseconds m_fixTimeout = defaultFixTimeout;
+    std::chrono::milliseconds m_silenceTimeout = defaultSilenceTimeout;
     std::chrono::milliseconds m_firstReconnectDelay = defaultReconnectDelay;
     std::chrono::milliseconds m_reconnectDelay = defaultReconnectDelay;
     bool m_updating = false;

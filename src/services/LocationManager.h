@@ -23,7 +23,8 @@ Q_DECLARE_METATYPE(Location)
 // service does not): the kind of fix and how many satellites it uses and sees.
 struct ReceiverStatus
 {
-    enum FixMode { Unknown, NoFix, TwoD, ThreeD };
+    // Fix: a fix whose kind the receiver does not say (RMC or GLL alone).
+    enum FixMode { Unknown, NoFix, Fix, TwoD, ThreeD };
     FixMode fixMode = Unknown;
     int satellitesUsed = -1;   // -1: not reported
     int satellitesInView = -1; // -1: not reported

@@ -4,12 +4,14 @@
 #include "GpsSource.h"
 #include "GpsdLocationManager.h"
 #include "NotificationObserver.h"
+#include "NmeaLocationManager.h"
 #include "PositioningLocationManager.h"
 #include "PreferencesSystem.h"
 #include "SwitchableLocationManager.h"
 
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QLocale>
 
 #include <cstdio>
 
@@ -40,6 +42,8 @@ LocationTrackingSystem::LocationTrackingSystem(LocationManager &manager,
     : QObject(parent), m_manager(manager), m_state(state)
 {
     m_manager.setDesiredAccuracy(LocationManager::accuracyNearestTenMeters);
+    m_fixWait.setSingleShot(true);
+    connect(&m_fixWait, &QTimer::timeout, this, &LocationTrackingSystem::fixWaitExpired);
     connect(&m_manager, &LocationManager::authorizationStatusChanged, this,
             &LocationTrackingSystem::authorizationStatusChanged);
     connect(&m_manager, &LocationManager::locationsUpdated, this,
@@ -63,7 +67,7 @@ std::unique_ptr<LocationManager> LocationTrackingSystem::createLocationManager(c
     const GpsSource gpsSource = GpsSource::parse(source);
     if (gpsSource.kind() == GpsSource::Kind::Gpsd)
         return std::make_unique<GpsdLocationManager>(gpsSource.host(), gpsSource.port());
-    return std::make_unique<PositioningLocationManager>(gpsSource);
+    return std::make_unique<NmeaLocationManager>(gpsSource);
 }
 
 LocationTrackingSystem &LocationTrackingSystem::sharedSystem()
@@ -81,6 +85,14 @@ LocationTrackingSystem &LocationTrackingSystem::sharedSystem()
             [manager, &preferences](const QString &, const QObject *) {
                 manager->setSource(preferences.gpsSource());
             },
+            preferences.notificationCenter());
+        const auto followFixWait = [system, &preferences] {
+            system->setFixWaitLimit(::fixWaitLimit(preferences.fixWait()));
+        };
+        followFixWait();
+        system->m_fixWaitPreference.emplace(
+            QString(PreferencesSystemFixWaitDidChangeNotification), &preferences,
+            [followFixWait](const QString &, const QObject *) { followFixWait(); },
             preferences.notificationCenter());
         return system;
     }();
@@ -114,14 +126,41 @@ std::optional<QString> LocationTrackingSystem::validateSource(const QString &gps
 void LocationTrackingSystem::setTracking(bool tracking)
 {
     m_tracking = tracking;
+    if (!tracking)
+        m_fixWait.stop();
     emit trackingChanged();
+}
+
+void LocationTrackingSystem::setFixWaitLimit(std::optional<std::chrono::milliseconds> limit)
+{
+    m_fixWaitLimit = limit;
+    if (m_tracking)
+        restartFixWait();
+}
+
+void LocationTrackingSystem::restartFixWait()
+{
+    if (m_fixWaitLimit)
+        m_fixWait.start(*m_fixWaitLimit);
+    else
+        m_fixWait.stop();
+}
+
+void LocationTrackingSystem::setFailureText(const QString &text)
+{
+    if (text == m_failureText)
+        return;
+    m_failureText = text;
+    emit failureTextChanged();
 }
 
 void LocationTrackingSystem::beginTracking()
 {
     if (m_tracking)
         return;
+    setFailureText({});
     setTracking(true);
+    restartFixWait();
     switch (m_manager.authorizationStatus()) {
     case LocationManager::AuthorizedAlways:
     case LocationManager::AuthorizedWhenInUse:
@@ -186,6 +225,8 @@ void LocationTrackingSystem::locationsUpdated(const QList<Location> &locations)
         return;
     // The first fix of the batch, not the newest: one point per batch, as delivered.
     const Location &location = locations.first();
+    if (m_tracking)
+        restartFixWait();
     m_state.setCoordinate(location.coordinate);
     m_state.setCoordinateIsLiveTracked(true);
     m_state.setCoordinateAccuracy(location.horizontalAccuracy);
@@ -196,7 +237,18 @@ void LocationTrackingSystem::locationManagerFailed(const QString &description)
     stopTracking();
     // Cleared again even when tracking was already off: a late fix may have set it.
     m_state.setCoordinateIsLiveTracked(false);
+    setFailureText(description);
     const QByteArray line = "Error " + description.toUtf8() + '\n';
     std::fputs(line.constData(), stdout);
     std::fflush(stdout);
+}
+
+void LocationTrackingSystem::fixWaitExpired()
+{
+    if (!m_tracking || !m_fixWaitLimit)
+        return;
+    const auto minutes = std::chrono::duration<double, std::ratio<60>>(*m_fixWaitLimit).count();
+    //: Tracking ended: the receiver talked but found no position for this long; %1 minutes
+    //% "No position fix for %1 min: tracking has stopped."
+    locationManagerFailed(qtTrId("gps.error.no-fix").arg(QLocale().toString(minutes)));
 }

@@ -5,7 +5,9 @@
 
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -13,11 +15,14 @@ class ApplicationStateSystem;
 
 // Live tracking: while it is on, every fix of the location manager becomes the app's point,
 // with its horizontal accuracy. Tracking ends on request, when the app goes to the background,
-// when permission is withdrawn and when the manager fails; it never resumes by itself.
+// when permission is withdrawn, when the manager fails and when no fix has come for the fix
+// wait limit; it never resumes by itself. Why it ended, when that was a failure, stands in
+// failureText until tracking begins again.
 class LocationTrackingSystem : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(bool tracking READ tracking NOTIFY trackingChanged)
+    Q_PROPERTY(QString failureText READ failureText NOTIFY failureTextChanged)
 
 public:
     LocationTrackingSystem(LocationManager &manager, ApplicationStateSystem &state,
@@ -37,6 +42,11 @@ public:
 
     bool tracking() const { return m_tracking; }
     LocationManager &locationManager() const { return m_manager; }
+    QString failureText() const { return m_failureText; }
+
+    // How long tracking waits for a fix, from its start or the last fix; none waits for ever.
+    std::optional<std::chrono::milliseconds> fixWaitLimit() const { return m_fixWaitLimit; }
+    void setFixWaitLimit(std::optional<std::chrono::milliseconds> limit);
 
 public slots:
     void beginTracking();
@@ -45,6 +55,7 @@ public slots:
 
 signals:
     void trackingChanged();
+    void failureTextChanged();
     // Ask the user's attention: a title, a message and one button that only dismisses.
     void alertRequested(const QString &title, const QString &message, const QString &dismissButton);
 
@@ -54,9 +65,16 @@ private:
     void authorizationStatusChanged(int status);
     void locationsUpdated(const QList<Location> &locations);
     void locationManagerFailed(const QString &description);
+    void fixWaitExpired();
+    void setFailureText(const QString &text);
+    void restartFixWait();
 
     LocationManager &m_manager;
     ApplicationStateSystem &m_state;
     bool m_tracking = false;
+    QString m_failureText;
+    std::optional<std::chrono::milliseconds> m_fixWaitLimit;
+    QTimer m_fixWait;
     std::optional<NotificationObserver> m_sourcePreference;
+    std::optional<NotificationObserver> m_fixWaitPreference;
 };

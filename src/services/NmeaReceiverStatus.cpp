@@ -1,7 +1,6 @@
 #include "NmeaReceiverStatus.h"
 
-#include <QByteArray>
-#include <QByteArrayList>
+#include "NmeaSentence.h"
 
 #include <numeric>
 
@@ -17,30 +16,35 @@ int total(const std::map<int, int> &bySystem)
 
 NmeaReceiverStatus::NmeaReceiverStatus() : QNmeaSatelliteInfoSource(UpdateMode::RealTimeMode) {}
 
-void NmeaReceiverStatus::read(const char *data, int size)
+// Sentences that carry a position say only whether it is a fix; they settle its kind only
+// where the receiver sends no GSA.
+void NmeaReceiverStatus::readFixKind(ReceiverStatus::FixMode kind)
 {
-    const QByteArray sentence = QByteArray(data, size).trimmed();
-    if (sentence.size() < 7 || sentence[0] != '$')
-        return;
-    const QByteArray type = sentence.mid(3, 3);
-    const QByteArrayList fields = sentence.left(sentence.indexOf('*')).split(',');
+    if (kind == ReceiverStatus::NoFix || !m_sawFixMode)
+        m_status.fixMode = kind;
+}
+
+void NmeaReceiverStatus::read(const NmeaSentence &sentence)
+{
+    const QByteArrayView type = sentence.type();
+    const QByteArray &text = sentence.text();
     if (type == "GSA") {
-        if (fields.size() > 2) {
-            const int mode = fields[2].toInt();
-            m_status.fixMode = mode == 3   ? ReceiverStatus::ThreeD
-                               : mode == 2 ? ReceiverStatus::TwoD
-                                           : ReceiverStatus::NoFix;
-        }
+        const int mode = sentence.integer(2).value_or(0);
+        m_status.fixMode = mode == 3   ? ReceiverStatus::ThreeD
+                           : mode == 2 ? ReceiverStatus::TwoD
+                                       : ReceiverStatus::NoFix;
+        m_sawFixMode = true;
         QList<int> inUse;
         const QGeoSatelliteInfo::SatelliteSystem system =
-            parseSatellitesInUseFromNmea(data, size, inUse);
+            parseSatellitesInUseFromNmea(text.constData(), int(text.size()), inUse);
         m_usedBySystem[int(system)] = int(inUse.size());
         m_sawSatellitesInUse = true;
         m_status.satellitesUsed = total(m_usedBySystem);
     } else if (type == "GSV") {
         QList<QGeoSatelliteInfo> infos;
         QGeoSatelliteInfo::SatelliteSystem system = QGeoSatelliteInfo::Undefined;
-        const SatelliteInfoParseStatus parsed = parseSatelliteInfoFromNmea(data, size, infos, system);
+        const SatelliteInfoParseStatus parsed =
+            parseSatelliteInfoFromNmea(text.constData(), int(text.size()), infos, system);
         QList<QGeoSatelliteInfo> &partial = m_partialView[int(system)];
         partial.append(infos);
         // A full set arrives over several sentences; only the last one completes the count.
@@ -51,11 +55,16 @@ void NmeaReceiverStatus::read(const char *data, int size)
         } else if (parsed == NotParsed) {
             partial.clear();
         }
-    } else if (type == "GGA" && fields.size() > 7) {
-        // Quality 0 is no fix; the count of satellites serves until a GSA gives its own.
-        if (fields[6] == "0")
-            m_status.fixMode = ReceiverStatus::NoFix;
-        if (!m_sawSatellitesInUse && !fields[7].isEmpty())
-            m_status.satellitesUsed = fields[7].toInt();
+    } else if (const std::optional<bool> fix = sentence.saysFix()) {
+        if (!*fix)
+            readFixKind(ReceiverStatus::NoFix);
+        else if (type == "GGA")
+            // With a height the fix is three-dimensional, as gpsd reads it too.
+            readFixKind(sentence.field(9).isEmpty() ? ReceiverStatus::TwoD : ReceiverStatus::ThreeD);
+        else if (m_status.fixMode == ReceiverStatus::Unknown ||
+                 m_status.fixMode == ReceiverStatus::NoFix)
+            readFixKind(ReceiverStatus::Fix);
+        if (const auto used = sentence.integer(7); type == "GGA" && used && !m_sawSatellitesInUse)
+            m_status.satellitesUsed = *used;
     }
 }

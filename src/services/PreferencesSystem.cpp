@@ -137,6 +137,18 @@ void PreferencesSystem::setGpsSource(const QString &source)
     writeString(source.trimmed(), gpsSourceKey, PreferencesSystemGpsSourceDidChangeNotification);
 }
 
+FixWait PreferencesSystem::fixWait() const
+{
+    const auto raw = m_defaults.stringForKey(fixWaitKey);
+    return raw ? fixWaitFromRawValue(*raw).value_or(FixWait::FifteenMinutes)
+               : FixWait::FifteenMinutes;
+}
+
+void PreferencesSystem::setFixWait(FixWait wait)
+{
+    writeString(rawValue(wait), fixWaitKey, PreferencesSystemFixWaitDidChangeNotification);
+}
+
 bool PreferencesSystem::sendGridToWsjtx() const
 {
     return m_defaults.boolForKey(wsjtxKey);

@@ -3,6 +3,7 @@
 #include "Appearance.h"
 #include "CoordinateFormat.h"
 #include "DistanceFormat.h"
+#include "FixWait.h"
 #include "VeltorFormat.h"
 
 #include <QLatin1StringView>
@@ -31,6 +32,8 @@ inline constexpr QLatin1StringView PreferencesSystemGpsSourceDidChangeNotificati
     "PreferencesSystemGpsSourceDidChangeNotification"};
 inline constexpr QLatin1StringView PreferencesSystemStationGridDidChangeNotification{
     "PreferencesSystemStationGridDidChangeNotification"};
+inline constexpr QLatin1StringView PreferencesSystemFixWaitDidChangeNotification{
+    "PreferencesSystemFixWaitDidChangeNotification"};
 inline constexpr QLatin1StringView PreferencesSystemAppearanceDidChangeNotification{
     "PreferencesSystemAppearanceDidChangeNotification"};
 
@@ -52,6 +55,7 @@ public:
     const QString crossingAlertKey = QStringLiteral("CrossingAlertPreference");
     const QString speakCrossingsKey = QStringLiteral("SpeakCrossingsPreference");
     const QString gpsSourceKey = QStringLiteral("GpsSourcePreference");
+    const QString fixWaitKey = QStringLiteral("FixWaitPreference");
     const QString wsjtxKey = QStringLiteral("WsjtxPreference");
     const QString wsjtxAddressKey = QStringLiteral("WsjtxAddressPreference");
     const QString js8CallKey = QStringLiteral("Js8CallPreference");
@@ -88,6 +92,9 @@ public:
     // command line names none; empty for the platform's positioning service.
     QString gpsSource() const;
     void setGpsSource(const QString &source);
+    // How long tracking waits for a fix; a quarter of an hour until the user chooses.
+    FixWait fixWait() const;
+    void setFixWait(FixWait wait);
     // Sending the live grid to WSJT-X and to JS8Call: off until the user turns it on.
     bool sendGridToWsjtx() const;
     void setSendGridToWsjtx(bool send);

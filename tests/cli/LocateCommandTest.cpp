@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <tuple>
 
 namespace {
@@ -43,6 +44,33 @@ TEST(LocateCommandTest, OneLinePerQuery)
         // Exactly one line, or nothing at all.
         EXPECT_EQ(error.find('\n'), error.size() - 1) << error;
     }
+}
+
+// Every whole-degree corner of the globe, poles and antimeridian included, lies in the cell to
+// its north and east: whole degrees give whole squares, and half of a 2° square is the 13th
+// subsquare (m). Clamped at 90° N and 180° E, which have no cell beyond.
+TEST(LocateCommandTest, WholeDegreeCornersAreInTheCellToTheirNorthAndEast)
+{
+    const LocateCommand command(options({"--chars", "8"}));
+    std::string out, error;
+    int wrong = 0;
+    for (int latitude = -90; latitude <= 90; ++latitude) {
+        for (int longitude = -180; longitude <= 180; ++longitude) {
+            const int x = std::min(longitude + 180, 359), y = std::min(latitude + 90, 179);
+            const bool lastX = longitude == 180, lastY = latitude == 90;
+            std::string expected = {char('A' + x / 20), char('A' + y / 10), char('0' + x % 20 / 2),
+                                    char('0' + y % 10),
+                                    lastX ? 'x' : char('a' + 12 * (x % 2)), lastY ? 'x' : 'a',
+                                    lastX ? '9' : '0', lastY ? '9' : '0'};
+            out.clear();
+            command.convert(std::to_string(latitude) + ',' + std::to_string(longitude), out, error);
+            if (out.substr(0, 8) != expected && ++wrong <= 5)
+                ADD_FAILURE() << latitude << ',' << longitude << ": " << out.substr(0, 8)
+                              << " is not " << expected;
+        }
+    }
+    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(error, "");
 }
 
 TEST(LocateCommandTest, UsageErrorsSayWhy)

@@ -221,6 +221,15 @@ def live_tracking(session):
     app.button("Tracking enabled")
     app.quit()
 
+    # From a cold start the receiver talks before it has a fix: tracking waits and says so; the
+    # end of the log is said on screen, not only on standard output.
+    log = session.data / "nmea" / "cold-start.nmea"
+    app = session.launch("--gps", str(log), "--track")
+    app.find("label", prefix="No fix yet, 0 of 4 satellites")
+    app.find("label", name=f"The NMEA log {log} has ended.", timeout=15)
+    app.button("Tracking disabled")
+    app.quit()
+
 
 def free_port(kind):
     with socket.socket(socket.AF_INET, kind) as probe:
@@ -273,8 +282,13 @@ def station(session):
         app = session.launch()
         app.press("Settings")
         app.press("Station")
+        sources = ("System Positioning", "gpsd")
         wait_for("gpsd chosen", lambda: [n.name for n in app.nodes("radio button")
-                                         if checked(n)] == ["gpsd"])
+                                         if checked(n) and n.name in sources] == ["gpsd"])
+        # Tracking waits a quarter of an hour for a fix unless told otherwise.
+        wait_for("15 minutes to wait", lambda: [n.name for n in app.nodes("radio button")
+                                               if checked(n) and n.name not in sources]
+                 == ["15 Minutes"])
         app.press("System Positioning", role="radio button")
         wait_for("the system's positioning on disk",
                  lambda: session.setting("GpsSourcePreference") == "")

@@ -2,7 +2,8 @@
 #include "ContestDistance.h"
 #include "GeodesicPath.h"
 #include "GridCrossingDetector.h"
-#include "PositioningLocationManager.h"
+#include "NmeaEpochReader.h"
+#include "NmeaLocationManager.h"
 #include "VeltorFormatter.h"
 
 #include "TestTable.h"
@@ -92,21 +93,20 @@ TEST(CellPositionTest, MeasuresAlongTheMeridianAndTheParallel)
 }
 
 // The fixes of a recorded log's GGA sentences, with the accuracy the app derives from the HDOP.
+// The fixes of a recorded log as the app reads them.
 std::vector<std::pair<Coordinate, double>> fixesOf(const char *log)
 {
     QFile file(QStringLiteral(VELTOR_TEST_DATA_DIR "/nmea/") + QLatin1String(log));
     EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << log;
+    NmeaEpochReader reader(NmeaLocationManager::userEquivalentRangeError);
     std::vector<std::pair<Coordinate, double>> fixes;
-    const auto degrees = [](const QByteArray &value, int width, const QByteArray &hemisphere) {
-        const double d = value.left(width).toDouble() + value.mid(width).toDouble() / 60.0;
-        return hemisphere == "S" || hemisphere == "W" ? -d : d;
+    const auto keep = [&](const std::optional<NmeaEpochReader::Epoch> &epoch) {
+        if (epoch && epoch->fix)
+            fixes.push_back({epoch->fix->coordinate, epoch->fix->horizontalAccuracy});
     };
-    for (const QByteArray &line : file.readAll().split('\n')) {
-        const QList<QByteArray> f = line.split(',');
-        if (line.startsWith("$GPGGA") && f.size() > 8)
-            fixes.push_back({{degrees(f[2], 2, f[3]), degrees(f[4], 3, f[5])},
-                             f[8].toDouble() * PositioningLocationManager::userEquivalentRangeError});
-    }
+    for (const QByteArray &line : file.readAll().split('\n'))
+        keep(reader.read(line));
+    keep(reader.close());
     return fixes;
 }
 

@@ -227,7 +227,7 @@ TEST_F(ScreenControllersTest, ProofIsSavedNamedByTheTimeOrSaysWhyNot)
 TEST_F(ScreenControllersTest, ALiveFixOlderThanFiveSecondsIsShownStaleAndThePointKept)
 {
     qint64 now = 1000;
-    FixAgeController age(m_state, &m_manager, [&] { return now; });
+    FixAgeController age(m_state, &m_tracking, [&] { return now; });
     m_state.setCoordinateIsLiveTracked(true);
     // The receiver's own word on its fix, where it gives one.
     EXPECT_EQ(age.receiverText(), QString());

@@ -1,6 +1,5 @@
 #include "GpsSource.h"
 #include "LocationTrackingSystem.h"
-#include "NmeaReceiverStatus.h"
 
 #include "TestTable.h"
 
@@ -8,8 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <tuple>
 
 namespace {
 
@@ -67,34 +64,6 @@ TEST(GpsSource, ValidationChecksThatALogExists)
     // Receivers and peers are looked for only when tracking begins: they may come later.
     EXPECT_FALSE(validate("/dev/ttyVeltorMissing").has_value());
     EXPECT_FALSE(validate("localhost:10110").has_value());
-}
-
-} // namespace
-
-namespace {
-
-// A receiver's word on its own fix, read from the stream the positions come from.
-TEST(NmeaReceiverStatusTest, ReadsTheKindOfFixAndTheSatellites)
-{
-    NmeaReceiverStatus receiver;
-    const std::pair<const char *, ReceiverStatus> steps[] = {
-        {"$GPGSA,A,3,04,05,09,12,,,,,,,,,2.5,1.3,2.1*3F", {ReceiverStatus::ThreeD, 4, -1}},
-        // Half a set of satellites in view counts nothing yet.
-        {"$GPGSV,2,1,07,04,40,083,46,05,18,302,40,09,64,135,48,12,22,245,41*78",
-         {ReceiverStatus::ThreeD, 4, -1}},
-        {"$GPGSV,2,2,07,17,11,042,32,23,55,178,45,25,09,315,29*43", {ReceiverStatus::ThreeD, 4, 7}},
-        // Another constellation adds its own.
-        {"$GLGSA,A,3,65,66,,,,,,,,,,,2.5,1.3,2.1*2B", {ReceiverStatus::ThreeD, 6, 7}},
-        {"$GPGGA,120000.00,4830.0000,N,01159.7566,E,0,00,,45.0,M,47.0,M,,*73",
-         {ReceiverStatus::NoFix, 6, 7}},
-        {"not a sentence", {ReceiverStatus::NoFix, 6, 7}}};
-    for (const auto &[sentence, expected] : steps) {
-        receiver.read(sentence, int(std::strlen(sentence)));
-        const ReceiverStatus status = receiver.status();
-        EXPECT_EQ(std::tuple(status.fixMode, status.satellitesUsed, status.satellitesInView),
-                  std::tuple(expected.fixMode, expected.satellitesUsed, expected.satellitesInView))
-            << sentence;
-    }
 }
 
 } // namespace

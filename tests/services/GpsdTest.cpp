@@ -35,7 +35,7 @@ TEST_P(GpsdReportTest, ReadsWhatVeltorUses)
     const GpsdReport report = GpsdReport::parse(row[0].toUtf8());
     EXPECT_EQ(int(report.kind), QStringLiteral("Other Fix Satellites").split(u' ').indexOf(row[1]));
     EXPECT_EQ(int(report.fixMode),
-              QStringLiteral("Unknown NoFix TwoD ThreeD").split(u' ').indexOf(row[2]));
+              QStringLiteral("Unknown NoFix Fix TwoD ThreeD").split(u' ').indexOf(row[2]));
     ASSERT_EQ(report.coordinate.has_value(), !row[3].isEmpty());
     if (report.coordinate) {
         EXPECT_DOUBLE_EQ(report.coordinate->latitude, row[3].toDouble());
@@ -126,11 +126,11 @@ TEST(GpsdLocationManagerTest, SkipsWhatItCannotUseAndReadsTheRest)
     EXPECT_EQ(run.failures.size(), 0);
 }
 
-TEST(GpsdLocationManagerTest, ReconnectsWhenGpsdComesBackAndFailsOnlyAfterTheFixTimeout)
+TEST(GpsdLocationManagerTest, ReconnectsWhenGpsdComesBackAndFailsOnlyWhenItFallsSilent)
 {
     ScriptedGpsd gpsd;
     GpsdRun run(gpsd.port());
-    run.manager.setFixTimeout(1500ms);
+    run.manager.setSilenceTimeout(1500ms);
     run.manager.startUpdatingLocation();
     QTcpSocket *client = gpsd.acceptWatcher();
     ASSERT_NE(client, nullptr);
@@ -147,10 +147,19 @@ TEST(GpsdLocationManagerTest, ReconnectsWhenGpsdComesBackAndFailsOnlyAfterTheFix
     ASSERT_TRUE(QTest::qWaitFor([&] { return run.fixes.size() == 2; }, 5000));
     EXPECT_EQ(run.failures.size(), 0);
 
-    // Connected, but no fix for the whole timeout.
+    // The receiver loses its fix: waiting, however long, is not failing while gpsd reports.
+    for (int i = 0; i < 8; ++i) {
+        client->write(R"({"class":"TPV","mode":1})"
+                      "\n");
+        QTest::qWait(300);
+    }
+    EXPECT_EQ(run.failures.size(), 0);
+    EXPECT_EQ(run.manager.receiverStatus().fixMode, ReceiverStatus::NoFix);
+
+    // Connected, but no report for the whole timeout.
     ASSERT_TRUE(QTest::qWaitFor([&] { return run.failures.size() == 1; }, 5000));
     EXPECT_EQ(run.failures.first().first().toString(),
-              QStringLiteral("gpsd at 127.0.0.1:%1 has reported no position fix for 1.5 s.")
+              QStringLiteral("gpsd at 127.0.0.1:%1 has sent no reports for 1.5 s.")
                   .arg(gpsd.port()));
     EXPECT_FALSE(run.manager.isUpdating());
     EXPECT_EQ(run.manager.receiverStatus(), ReceiverStatus());
@@ -164,7 +173,7 @@ TEST(GpsdLocationManagerTest, SaysWhetherGpsdWasNeverThereOrWentAway)
         port = gone.port();
     }
     GpsdRun never(port);
-    never.manager.setFixTimeout(400ms);
+    never.manager.setSilenceTimeout(400ms);
     never.manager.startUpdatingLocation();
     ASSERT_TRUE(QTest::qWaitFor([&] { return never.failures.size() == 1; }, 5000));
     EXPECT_EQ(never.failures.first().first().toString(),
@@ -172,7 +181,7 @@ TEST(GpsdLocationManagerTest, SaysWhetherGpsdWasNeverThereOrWentAway)
 
     auto gpsd = std::make_unique<ScriptedGpsd>();
     GpsdRun lost(gpsd->port());
-    lost.manager.setFixTimeout(800ms);
+    lost.manager.setSilenceTimeout(800ms);
     lost.manager.startUpdatingLocation();
     QTcpSocket *client = gpsd->acceptWatcher();
     ASSERT_NE(client, nullptr);

@@ -1,10 +1,13 @@
 #include "ApplicationStateSystem.h"
 #include "LocationTrackingSystem.h"
+#include "FixAgeController.h"
 #include "GpsdLocationManager.h"
-#include "PositioningLocationManager.h"
+#include "NmeaLocationManager.h"
 #include "PreferencesSystem.h"
 #include "SwitchableLocationManager.h"
 #include "UserDefaults.h"
+
+#include "TestTable.h"
 
 #include <QFile>
 #include <QPointer>
@@ -26,6 +29,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 
 using namespace std::chrono_literals;
 
@@ -46,7 +50,7 @@ QList<QByteArray> fixtureLines(const char *name)
     return lines;
 }
 
-constexpr double uere = PositioningLocationManager::userEquivalentRangeError;
+constexpr double uere = NmeaLocationManager::userEquivalentRangeError;
 // The fixes of greenwich-walk.nmea; every log and stream here starts with them. The GGA with
 // the HDOP comes after its RMC.
 const Location walk[] = {{{51.4779, -0.0006}, 0.9 * uere},
@@ -86,10 +90,8 @@ public:
                 return;
             }
             m_timer.stop();
-            // Time enough for the last fix to be delivered before the connection goes.
             if (closeAtEnd)
-                QTimer::singleShot(2 * PositioningLocationManager::nmeaPushDelay, m_peer,
-                                   [peer = m_peer] { peer->disconnectFromHost(); });
+                m_peer->disconnectFromHost();
         });
     }
 
@@ -102,17 +104,22 @@ private:
     QList<QByteArray> m_lines;
 };
 
-// The whole chain as the app runs it: Qt Positioning, the tracking system and the app state,
-// over a store in a temporary directory.
+// The whole chain as the app runs it: the NMEA reader, the tracking system, the app state over
+// a store in a temporary directory, and the GPS state line the panel shows.
 class LiveTrackingTest : public testing::Test
 {
 public:
     // Longer than the one second between the fixes of the logs.
     void track(const QString &source)
     {
-        m_manager = std::make_unique<PositioningLocationManager>(GpsSource::parse(source));
+        m_manager = std::make_unique<NmeaLocationManager>(GpsSource::parse(source));
         m_manager->setStallTimeout(1500ms);
         m_system = std::make_unique<LocationTrackingSystem>(*m_manager, m_state);
+        m_stateLine = std::make_unique<FixAgeController>(m_state, m_system.get(), [] { return 0; });
+        QObject::connect(m_stateLine.get(), &FixAgeController::changed, m_system.get(), [this] {
+            if (!m_stateLine->receiverText().isEmpty())
+                m_statesShown.insert(m_stateLine->receiverText().toStdString());
+        });
         // What the app shows of each live fix; the accuracy is the last change a fix makes.
         QObject::connect(&m_state, &ApplicationStateSystem::coordinateAccuracyChanged,
                          m_system.get(), [this] {
@@ -154,8 +161,10 @@ public:
     UserDefaults m_defaults{m_dir.filePath(QStringLiteral("settings.ini"))};
     ApplicationStateSystem m_state{m_defaults};
     std::optional<NmeaServer> m_server;
-    std::unique_ptr<PositioningLocationManager> m_manager;
+    std::unique_ptr<NmeaLocationManager> m_manager;
     std::unique_ptr<LocationTrackingSystem> m_system;
+    std::unique_ptr<FixAgeController> m_stateLine;
+    std::set<std::string> m_statesShown;
     std::unique_ptr<QSignalSpy> m_failures;
     std::vector<Location> m_samples;
 };
@@ -190,6 +199,8 @@ TEST_P(TrackingEnds, WithOneReportAndTheLastFixKept)
         EXPECT_EQ(output.rfind(expected, 0), 0u) << output;
     else
         EXPECT_EQ(output, expected);
+    // The reason stands in the GPS state line.
+    EXPECT_EQ(m_stateLine->receiverText().toStdString() + '\n', output.substr(6));
     EXPECT_LE(m_samples.size(), c.maxSamples);
     expectTheWalk(m_samples);
     // The point stays at the last fix, and is stored.
@@ -207,7 +218,7 @@ const Ending endings[] = {
     {"AMissingLog", [](auto &) { return QStringLiteral("/nonexistent/walk.nmea"); }, 0, 0,
      "Cannot open the NMEA log %1: No such file or directory."},
     {"ADirectoryIsNoLog", [](LiveTrackingTest &t) { return t.m_dir.path(); }, 0, 0,
-     "Cannot open the NMEA log %1: it is a directory."},
+     "Cannot open the NMEA log %1: it is a folder."},
     {"AMissingSerialDevice", [](auto &) { return QStringLiteral("/dev/ttyVeltorMissing@9600"); }, 0,
      0, "Cannot open the GPS device %1: ", true},
     {"ATcpPeerCloses",
@@ -222,13 +233,7 @@ const Ending endings[] = {
          const QList<QByteArray> garbage(60, "GARBAGE\r\n");
          return t.serve(fixtureLines("turns-to-garbage.nmea") + garbage);
      },
-     2, 3, "The GPS source %1 sends no NMEA position data."},
-    // A receiver still looking for satellites: proper sentences, fix quality 0.
-    {"ATcpReceiverWithoutAFix",
-     [](LiveTrackingTest &t) {
-         return t.serve(QList<QByteArray>(60, "$GPGGA,120000.00,,,,,0,00,99.99,,,,,,*65\r\n"));
-     },
-     0, 0, "The GPS source %1 has reported no position fix for 1.5 s."},
+     2, 3, "The GPS source %1 sends no NMEA data."},
     // A port that was free a moment ago.
     {"ARefusedConnection",
      [](auto &) {
@@ -289,12 +294,61 @@ TEST_F(LiveTrackingTest, TheReceiversWordOnItsFixComesFromTheSameStream)
     EXPECT_EQ(m_manager->receiverStatus(), ReceiverStatus());
 }
 
-TEST(PositioningLocationManager, NmeaSourcesNeedNoPermissionAndUnusableOnesAreRestricted)
+// Receivers as they really talk (see generate.py), each replayed from its log and streamed over
+// TCP alike: the same fixes shown, in order, never a void one; the GPS state on the way; the
+// last fix kept and stored; the end said on screen.
+class ReceiverShapes : public LiveTrackingTest,
+                       public testing::WithParamInterface<std::tuple<QStringList, bool>>
 {
-    EXPECT_EQ(PositioningLocationManager(GpsSource::parse(QStringLiteral("udp://127.0.0.1:10110")))
+};
+
+TEST_P(ReceiverShapes, ReadTheSameLiveAndReplayed)
+{
+    const auto &[row, live] = GetParam();
+    ASSERT_EQ(row.size(), 3);
+    const QString log = fixture(qPrintable(row[0]));
+    // Shorter than the cold start, which must not end tracking while the receiver talks.
+    const QString source = live ? serve(fixtureLines(qPrintable(row[0])), true) : log;
+    track(source);
+    m_manager->setStallTimeout(1000ms);
+    std::vector<double> expected;
+    for (const QString &step : row[1].split(u' '))
+        expected.push_back(0.0003 * step.toInt());
+    ASSERT_TRUE(waitForSamples(expected.size()));
+    const std::string output = waitForTheEnd();
+    const QString end = live ? QStringLiteral("The GPS source %1 closed the connection.")
+                             : QStringLiteral("The NMEA log %1 has ended.");
+    EXPECT_EQ(output, "Error " + end.arg(GpsSource::parse(source).description()).toStdString() +
+                          "\n");
+    ASSERT_EQ(m_samples.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_NEAR(m_samples[i].coordinate.latitude, 51.4779, 1e-9) << i;
+        EXPECT_NEAR(m_samples[i].coordinate.longitude, expected[i], 1e-9) << i;
+        EXPECT_NEAR(m_samples[i].horizontalAccuracy, uere, 1e-9) << i;
+    }
+    EXPECT_EQ(m_state.coordinate(), m_samples.back().coordinate);
+    EXPECT_NEAR(UserDefaults(m_defaults.fileName()).doubleForKey(m_state.longitudeUserDefaultsKey),
+                expected.back(), 1e-9);
+    EXPECT_TRUE(m_statesShown.contains(row[2].toStdString()))
+        << testing::PrintToString(m_statesShown);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    LiveTracking, ReceiverShapes,
+    testing::Combine(testing::ValuesIn(testTable("services/receiver-shapes.tsv")),
+                     testing::Bool()),
+    [](const auto &info) {
+        QString name = std::get<0>(info.param)[0];
+        name.remove(QStringLiteral(".nmea")).remove(u'-');
+        return name.toStdString() + (std::get<1>(info.param) ? "_Live" : "_Replayed");
+    });
+
+TEST(NmeaLocationManager, NmeaSourcesNeedNoPermissionAndUnusableOnesAreRestricted)
+{
+    EXPECT_EQ(NmeaLocationManager(GpsSource::parse(QStringLiteral("udp://127.0.0.1:10110")))
                   .authorizationStatus(),
               LocationManager::Restricted);
-    PositioningLocationManager manager(GpsSource::parse(QStringLiteral("localhost:10110")));
+    NmeaLocationManager manager(GpsSource::parse(QStringLiteral("localhost:10110")));
     EXPECT_EQ(manager.authorizationStatus(), LocationManager::AuthorizedWhenInUse);
     QSignalSpy answers(&manager, &LocationManager::authorizationStatusChanged);
     manager.requestWhenInUseAuthorization();
@@ -304,9 +358,9 @@ TEST(PositioningLocationManager, NmeaSourcesNeedNoPermissionAndUnusableOnesAreRe
     EXPECT_EQ(answers.at(0).at(0).toInt(), int(LocationManager::AuthorizedWhenInUse));
 }
 
-TEST(PositioningLocationManager, StoppingDropsAFailureNotYetReported)
+TEST(NmeaLocationManager, StoppingDropsAFailureNotYetReported)
 {
-    PositioningLocationManager manager(GpsSource::parse(QStringLiteral("/nonexistent.nmea")));
+    NmeaLocationManager manager(GpsSource::parse(QStringLiteral("/nonexistent.nmea")));
     QSignalSpy failures(&manager, &LocationManager::failed);
     manager.startUpdatingLocation();
     manager.stopUpdatingLocation();
@@ -324,8 +378,8 @@ TEST(LocationTrackingSystemShared, TheCommandLineChoosesTheSourceUntilTheSetting
     const auto *switchable = qobject_cast<SwitchableLocationManager *>(&system.locationManager());
     ASSERT_NE(switchable, nullptr);
     const auto gpsSource = [switchable] {
-        const auto *manager = qobject_cast<PositioningLocationManager *>(&switchable->current());
-        return manager && manager->gpsSource() ? manager->gpsSource()->description() : QString();
+        const auto *manager = qobject_cast<NmeaLocationManager *>(&switchable->current());
+        return manager ? manager->gpsSource().description() : QString();
     };
     EXPECT_EQ(gpsSource(), QStringLiteral("127.0.0.1:10110"));
     EXPECT_FALSE(LocationTrackingSystem::setSharedSource(QStringLiteral("/dev/ttyUSB0")));

@@ -6,6 +6,7 @@
 #include "TestTable.h"
 
 #include <QSignalSpy>
+#include <QTest>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -132,5 +133,34 @@ TEST_P(LocationTrackingSystemTest, Transition)
 INSTANTIATE_TEST_SUITE_P(LocationTracking, LocationTrackingSystemTest,
                          testing::ValuesIn(testTable("services/location-transitions.tsv")),
                          [](const auto &info) { return info.param[0].toStdString(); });
+
+// A receiver without a fix keeps tracking on until the limit, counted from the start and from
+// every fix; then, as after any failure, the reason stands until tracking begins again.
+TEST_F(LocationTrackingSystemTest, WaitsForAFixUpToTheLimitAndSaysWhyItStopped)
+{
+    using namespace std::chrono_literals;
+    m_system.setFixWaitLimit(600ms);
+    begin(AuthorizedWhenInUse);
+    QTest::qWait(400);
+    m_manager.deliver({greenwich});
+    QTest::qWait(400);
+    EXPECT_TRUE(m_system.tracking());
+    testing::internal::CaptureStdout();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !m_system.tracking(); }, 2000));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "Error No position fix for 0.01 min: tracking has stopped.\n");
+    EXPECT_EQ(m_system.failureText(), QStringLiteral("No position fix for 0.01 min: tracking has stopped."));
+    EXPECT_EQ(m_state.coordinate(), greenwich.coordinate);
+    EXPECT_FALSE(m_state.coordinateIsLiveTracked());
+    m_system.beginTracking();
+    EXPECT_EQ(m_system.failureText(), QString());
+    // Without a limit, tracking waits for as long as the receiver talks.
+    m_system.setFixWaitLimit(std::nullopt);
+    QTest::qWait(800);
+    EXPECT_TRUE(m_system.tracking());
+    m_manager.fail(QStringLiteral("The GPS device /dev/ttyUSB0 was disconnected."));
+    EXPECT_EQ(m_system.failureText(),
+              QStringLiteral("The GPS device /dev/ttyUSB0 was disconnected."));
+}
 
 } // namespace

@@ -86,3 +86,72 @@ def sky():
     return lines
 write("gpsd-station.nmea",
       [line for second in range(60) for line in fix(second, 48.1467, 11.6083, 1.0) + sky()])
+
+# Receivers as they really talk, one short log for each shape that trips a reader up. Epochs
+# are a fifth of a second apart so that the tests replay them quickly; the fixes step east from
+# JO01 by 0.0003° each, at HDOP 1.0.
+def clock(seconds):
+    seconds %= 24 * 3600
+    hours, rest = divmod(seconds, 3600)
+    minutes, seconds = divmod(rest, 60)
+    return "%02d%02d%05.2f" % (hours, minutes, seconds)
+
+
+NOON = 12 * 3600
+
+
+def good(seconds, step, date="010624", gsa=False):
+    time = clock(seconds)
+    position = minutes(51.4779, 2, "N", "S") + "," + minutes(0.0003 * step, 3, "E", "W")
+    lines = [sentence("GPRMC,%s,A,%s,0.5,90.0,%s,,,A" % (time, position, date)),
+             sentence("GPGGA,%s,%s,1,05,1.0,45.0,M,47.0,M,," % (time, position))]
+    if gsa:
+        lines.append(sentence("GPGSA,A,3,02,05,07,09,,,,,,,,,1.8,1.0,1.5"))
+    return lines
+
+
+SKY = sentence("GPGSV,1,1,04,02,45,020,30,05,45,050,28,07,45,070,25,09,45,090,22")
+
+
+def looking(seconds, position="", gsa=True):
+    """A receiver without a fix: RMC void (with whatever coordinates it still sends)."""
+    time = clock(seconds)
+    position = position or ",,,"
+    lines = [sentence("GPRMC,%s,V,%s,,,010624,,,N" % (time, position)),
+             sentence("GPGGA,%s,,,,,0,00,99.99,,,,,," % time)]
+    if gsa:
+        lines += [sentence("GPGSA,A,1,,,,,,,,,,,,,99.99,99.99,99.99"), SKY]
+    return lines
+
+
+def steps(count, first=0.0, step=0):
+    return [(NOON + first + 0.2 * i, step + i) for i in range(count)]
+
+
+three = [line for t, k in steps(3) for line in good(t, k, gsa=True)]
+last_position = minutes(51.4779, 2, "N", "S") + "," + minutes(0.0006, 3, "E", "W")
+write("void-after-fixes.nmea",
+      three + [line for t, _ in steps(6, 0.6) for line in looking(t, last_position)])
+write("void-without-gsa.nmea",
+      [line for t, k in steps(3) for line in good(t, k)]
+      + [line for t, _ in steps(6, 0.6)
+         for line in looking(t, "0000.0000,N,00000.0000,E", gsa=False)])
+write("cold-start.nmea",
+      [line for t, _ in steps(12) for line in looking(t)]
+      + [line for t, k in steps(2, 2.4) for line in good(t, k, gsa=True)])
+write("trailing-sentences.nmea",
+      three + [sentence("GPVTG,90.0,T,,M,0.5,N,0.9,K,A"), SKY,
+               sentence("PGRME,15.0,M,45.0,M,22.5,M")])
+write("untimed-first.nmea",
+      [sentence("GPRMC,,V,,,,,,,,,,N")] + [line for t, k in steps(3) for line in good(t, k)])
+write("wrong-dates.nmea",
+      good(NOON, 0, date="060180") + good(NOON + 0.2, 1, date="310524")
+      + good(NOON + 0.4, 2))
+write("zda-ahead.nmea",
+      [line for t, k in steps(3)
+       for line in [sentence("GPZDA,%s,01,06,2024,00,00" % clock(t + 1))] + good(t, k)])
+write("joined-sessions.nmea",
+      three + [line for t, k in steps(3, -3 * 3600, 3) for line in good(t, k, gsa=True)])
+write("across-midnight.nmea",
+      [line for t, k in steps(4, 12 * 3600 - 0.4) for line in
+       good(t, k, date="010624" if t < 24 * 3600 else "020624")])
