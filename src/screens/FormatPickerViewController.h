@@ -7,6 +7,7 @@
 #include <QObject>
 #include <QQmlListProperty>
 #include <QString>
+#include <QtQml/qqmlregistration.h>
 
 #include <optional>
 
@@ -18,6 +19,8 @@ class PreferencesSystem;
 class FormatPickerViewController : public QObject
 {
     Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("Each setting has its own picker")
     Q_PROPERTY(QString title READ title CONSTANT)
     Q_PROPERTY(QString backTitle READ backTitle CONSTANT)
     Q_PROPERTY(QQmlListProperty<FormatChoice> choices READ choicesProperty CONSTANT)

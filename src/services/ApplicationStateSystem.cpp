@@ -2,6 +2,8 @@
 
 #include "UserDefaults.h"
 
+#include <QJSEngine>
+
 #include <cmath>
 
 ApplicationStateSystem::ApplicationStateSystem(UserDefaults &defaults, QObject *parent)
@@ -70,4 +72,11 @@ void ApplicationStateSystem::setCoordinateAccuracy(std::optional<double> meters)
 QVariant ApplicationStateSystem::coordinateAccuracyVariant() const
 {
     return m_coordinateAccuracy ? QVariant(*m_coordinateAccuracy) : QVariant();
+}
+
+ApplicationStateSystem *ApplicationStateSystem::create(QQmlEngine *, QJSEngine *)
+{
+    ApplicationStateSystem *system = &sharedSystem();
+    QJSEngine::setObjectOwnership(system, QJSEngine::CppOwnership);
+    return system;
 }

@@ -4,9 +4,12 @@
 
 #include <QObject>
 #include <QVariant>
+#include <QtQml/qqmlregistration.h>
 
 #include <optional>
 
+class QJSEngine;
+class QQmlEngine;
 class UserDefaults;
 
 // The one current point of the app, with whether it comes from live tracking and how accurate
@@ -15,6 +18,8 @@ class UserDefaults;
 class ApplicationStateSystem : public QObject
 {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(double latitude READ latitude NOTIFY coordinateChanged)
     Q_PROPERTY(double longitude READ longitude NOTIFY coordinateChanged)
     Q_PROPERTY(bool coordinateIsLiveTracked READ coordinateIsLiveTracked WRITE
@@ -33,6 +38,8 @@ public:
     explicit ApplicationStateSystem(UserDefaults &defaults, QObject *parent = nullptr);
 
     static ApplicationStateSystem &sharedSystem();
+    // The shared system as QML's singleton; the engine never owns it.
+    static ApplicationStateSystem *create(QQmlEngine *, QJSEngine *);
 
     Coordinate coordinate() const { return m_coordinate; }
     // Corrects an invalid point (latitude clamped, longitude wrapped), stores and persists it.

@@ -3,14 +3,15 @@
 #include "ApplicationStateSystem.h"
 #include "GpsSource.h"
 #include "GpsdLocationManager.h"
-#include "NotificationObserver.h"
 #include "NmeaLocationManager.h"
+#include "NotificationObserver.h"
 #include "PositioningLocationManager.h"
 #include "PreferencesSystem.h"
 #include "SwitchableLocationManager.h"
 
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QJSEngine>
 #include <QLocale>
 
 #include <cstdio>
@@ -251,4 +252,11 @@ void LocationTrackingSystem::fixWaitExpired()
     //: Tracking ended: the receiver talked but found no position for this long; %1 minutes
     //% "No position fix for %1 min: tracking has stopped."
     locationManagerFailed(qtTrId("gps.error.no-fix").arg(QLocale().toString(minutes)));
+}
+
+LocationTrackingSystem *LocationTrackingSystem::create(QQmlEngine *, QJSEngine *)
+{
+    LocationTrackingSystem *system = &sharedSystem();
+    QJSEngine::setObjectOwnership(system, QJSEngine::CppOwnership);
+    return system;
 }

@@ -6,11 +6,14 @@
 #include <QObject>
 #include <QString>
 #include <QTimer>
+#include <QtQml/qqmlregistration.h>
 
 #include <chrono>
 #include <memory>
 #include <optional>
 
+class QJSEngine;
+class QQmlEngine;
 class ApplicationStateSystem;
 
 // Live tracking: while it is on, every fix of the location manager becomes the app's point,
@@ -21,6 +24,8 @@ class ApplicationStateSystem;
 class LocationTrackingSystem : public QObject
 {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
     Q_PROPERTY(bool tracking READ tracking NOTIFY trackingChanged)
     Q_PROPERTY(QString failureText READ failureText NOTIFY failureTextChanged)
 
@@ -31,6 +36,8 @@ public:
     // Created on first use over the shared app state and the GPS source of the command line or
     // of the settings, which it follows from then on; never destroyed.
     static LocationTrackingSystem &sharedSystem();
+    // The shared system as QML's singleton; the engine never owns it.
+    static LocationTrackingSystem *create(QQmlEngine *, QJSEngine *);
     // The manager for a GPS source as GpsSource reads it; empty for the platform's service.
     static std::unique_ptr<LocationManager> createLocationManager(const QString &source);
     // The GPS source (see GpsSource) of the shared system, empty for the platform's service.

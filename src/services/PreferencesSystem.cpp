@@ -3,6 +3,8 @@
 #include "NotificationCenter.h"
 #include "UserDefaults.h"
 
+#include <QJSEngine>
+
 PreferencesSystem::PreferencesSystem(UserDefaults &defaults, NotificationCenter &notificationCenter,
                                      const QLocale &locale)
     : m_defaults(defaults), m_notificationCenter(notificationCenter), m_locale(locale)
@@ -190,4 +192,11 @@ void PreferencesSystem::setJs8CallAddress(const QString &address)
 {
     writeString(address.trimmed(), js8CallAddressKey,
                 PreferencesSystemStationGridDidChangeNotification);
+}
+
+PreferencesSystem *PreferencesSystem::create(QQmlEngine *, QJSEngine *)
+{
+    PreferencesSystem *system = &sharedSystem();
+    QJSEngine::setObjectOwnership(system, QJSEngine::CppOwnership);
+    return system;
 }

@@ -9,9 +9,12 @@
 #include <QLatin1StringView>
 #include <QLocale>
 #include <QObject>
+#include <QtQml/qqmlregistration.h>
 
 #include <optional>
 
+class QJSEngine;
+class QQmlEngine;
 class NotificationCenter;
 class UserDefaults;
 
@@ -44,6 +47,8 @@ inline constexpr QLatin1StringView PreferencesSystemAppearanceDidChangeNotificat
 class PreferencesSystem : public QObject
 {
     Q_OBJECT
+    QML_ELEMENT
+    QML_SINGLETON
 
 public:
     const QString veltorFormatKey = QStringLiteral("VeltorFormatPreference");
@@ -69,6 +74,8 @@ public:
                       const QLocale &locale = QLocale());
 
     static PreferencesSystem &sharedSystem();
+    // The shared system as QML's singleton; the engine never owns it.
+    static PreferencesSystem *create(QQmlEngine *, QJSEngine *);
 
     VeltorFormat veltorFormat() const;
     void setVeltorFormat(VeltorFormat format);

@@ -1,9 +1,6 @@
 #include "CellPosition.h"
 #include "ContestDistance.h"
 #include "GeodesicPath.h"
-#include "GridCrossingDetector.h"
-#include "NmeaEpochReader.h"
-#include "NmeaLocationManager.h"
 #include "VeltorFormatter.h"
 
 #include "TestTable.h"
@@ -90,45 +87,6 @@ TEST(CellPositionTest, MeasuresAlongTheMeridianAndTheParallel)
     EXPECT_LT(cell.cornerBearing, 180.0);
     EXPECT_NEAR(cell.cornerMetres, geodesicMetres({60.5, 1.5}, {60, 2}), 1e-6);
     EXPECT_EQ(cell.cornerLocators.join(u' ').toStdString(), "JP00 JO09 JP10 JO19");
-}
-
-// The fixes of a recorded log's GGA sentences, with the accuracy the app derives from the HDOP.
-// The fixes of a recorded log as the app reads them.
-std::vector<std::pair<Coordinate, double>> fixesOf(const char *log)
-{
-    QFile file(QStringLiteral(VELTOR_TEST_DATA_DIR "/nmea/") + QLatin1String(log));
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << log;
-    NmeaEpochReader reader(NmeaLocationManager::userEquivalentRangeError);
-    std::vector<std::pair<Coordinate, double>> fixes;
-    const auto keep = [&](const std::optional<NmeaEpochReader::Epoch> &epoch) {
-        if (epoch && epoch->fix)
-            fixes.push_back({epoch->fix->coordinate, epoch->fix->horizontalAccuracy});
-    };
-    for (const QByteArray &line : file.readAll().split('\n'))
-        keep(reader.read(line));
-    keep(reader.close());
-    return fixes;
-}
-
-TEST(GridCrossingDetectorTest, AlertsOnceAFixIsClearlyInsideTheNewCell)
-{
-    // The drive wiggles over 12° E within 10 m, goes 25 m in, comes back with a fix whose
-    // accuracy (50 m) still covers the line at 40 m, then 80 m back.
-    const auto fixes = fixesOf("wiggle-drive.nmea");
-    ASSERT_EQ(fixes.size(), 14u);
-    using Alerts = std::vector<std::pair<int, std::string>>;
-    const std::pair<VeltorFormat, Alerts> runs[] = {
-        {VeltorFormat::FourCharacters, {{7, "JN68"}, {12, "JN58"}}},
-        {VeltorFormat::SixCharacters, {{7, "JN68am"}, {12, "JN58xm"}}}};
-    for (const auto &[precision, expected] : runs) {
-        GridCrossingDetector detector(precision);
-        Alerts alerts;
-        for (int i = 0; i < int(fixes.size()); ++i) {
-            if (const auto cell = detector.update(fixes[i].first, fixes[i].second))
-                alerts.emplace_back(i, cell->toStdString());
-        }
-        EXPECT_EQ(alerts, expected);
-    }
 }
 
 } // namespace

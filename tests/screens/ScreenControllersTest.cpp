@@ -5,7 +5,6 @@
 #include "CrossingAlertSettingsViewController.h"
 #include "DistanceFormatSettingsViewController.h"
 #include "FixAgeController.h"
-#include "GridCrossingAlert.h"
 #include "GridPositionController.h"
 #include "LocationTrackingSystem.h"
 #include "MapSource.h"
@@ -129,41 +128,6 @@ TEST_F(ScreenControllersTest, GridPositionShowsWhenAskedAndFollowsPointPrecision
 
     settings.toggleShowGridPosition();
     EXPECT_FALSE(strip.shown());
-}
-
-TEST_F(ScreenControllersTest, CrossingAlertsOnlyWhileTrackingAtTheChosenPrecision)
-{
-    std::vector<std::pair<QString, bool>> heard;
-    const GridCrossingAlert alert(m_state, m_preferences, [&](const QString &cell, bool speak) {
-        heard.emplace_back(cell, speak);
-    });
-    const auto drive = [&](std::initializer_list<double> longitudes) {
-        for (const double longitude : longitudes)
-            m_state.setCoordinate({48.52, longitude});
-    };
-    m_state.setCoordinateIsLiveTracked(true);
-    m_state.setCoordinateAccuracy(5.0);
-    drive({11.9, 12.1}); // alerts off until chosen
-    CrossingAlertSettingsViewController picker(m_preferences);
-    picker.selectRow(1);
-    ASSERT_EQ(m_preferences.crossingAlert(), VeltorFormat::FourCharacters);
-    drive({11.9, 12.1, 12.2, 11.9});
-    m_state.setCoordinateIsLiveTracked(false);
-    drive({12.1}); // a typed point is no crossing
-    m_preferences.setSpeakCrossings(false);
-    picker.selectRow(2);
-    m_state.setCoordinateIsLiveTracked(true);
-    drive({12.1, 12.2});
-    const std::vector<std::pair<QString, bool>> expected = {{QStringLiteral("JN68"), true},
-                                                            {QStringLiteral("JN58"), true},
-                                                            {QStringLiteral("JN68cm"), false}};
-    EXPECT_EQ(heard, expected);
-    EXPECT_EQ(GridCrossingAlert::spokenText(QStringLiteral("JN68")),
-              QStringLiteral("Entering J N 6 8"));
-    // A stored value that is not a precision alerts reads as off.
-    m_defaults.setObject(QStringLiteral("VeltorFormatTwoCharacters"),
-                         m_preferences.crossingAlertKey);
-    EXPECT_EQ(m_preferences.crossingAlert(), std::nullopt);
 }
 
 TEST_F(ScreenControllersTest, TargetShowsTheWayThereAndIsKeptUntilCleared)

@@ -12,6 +12,7 @@
 #include <QQuickItem>
 #include <QTimer>
 #include <QVariantAnimation>
+#include <QtQml/qqmlregistration.h>
 
 #include <map>
 #include <memory>
@@ -39,6 +40,7 @@ private:
 class MapView : public QQuickItem
 {
     Q_OBJECT
+    QML_ELEMENT
     Q_PROPERTY(double zoomScale READ zoomScale WRITE setZoomScale NOTIFY regionChanged)
     Q_PROPERTY(double zoomLevel READ zoomLevel WRITE setZoomLevel NOTIFY regionChanged)
     Q_PROPERTY(double centerLatitude READ centerLatitude NOTIFY regionChanged)
