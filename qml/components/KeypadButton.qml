@@ -7,7 +7,9 @@ import Veltor
 PressableButton {
     id: control
 
-    property string title: Theme.defaultButtonTitle
+    //: Title of a button that was given none
+    //% "Button"
+    property string title: qsTrId("component.button.default")
     property string accessibilityTitle
     property bool alternateStyle: false
     // The name of a glyph drawn in place of the title, in the key's foreground colour.

@@ -32,7 +32,9 @@ FocusScope {
         RowLayout {
             Layout.fillWidth: true
             UnderlineButton {
-                title: page.picker.backTitle
+                //: Button that goes back from a picker to the settings
+                //% "Back"
+                title: qsTrId("general.back")
                 font: Theme.body1Font
                 onClicked: page.backRequested()
             }

@@ -43,7 +43,9 @@ Popup {
         spacing: Theme.spacing / 2
         WideButton {
             Layout.fillWidth: true
-            title: sheet.panel.copyLatitudeLongitudeTitle
+            //: Action to copy latitude and longitude-formatted string
+            //% "Copy Latitude and Longitude"
+            title: qsTrId("sharesheet.copy-latitude-longitude")
             accessibilityLabel: title
             onClicked: {
                 sheet.panel.copyLatitudeLongitude()
@@ -52,7 +54,9 @@ Popup {
         }
         WideButton {
             Layout.fillWidth: true
-            title: sheet.panel.copyVeltorTitle
+            //: Action to copy veltor-formatted string
+            //% "Copy Locator"
+            title: qsTrId("sharesheet.copy-veltor")
             accessibilityLabel: title
             onClicked: {
                 sheet.panel.copyVeltor()
@@ -61,7 +65,9 @@ Popup {
         }
         WideButton {
             Layout.fillWidth: true
-            title: sheet.panel.showInMapsTitle
+            //: Action to show a location in the Maps app
+            //% "Show in Maps"
+            title: qsTrId("sharesheet.show-in-maps")
             accessibilityLabel: title
             onClicked: {
                 sheet.panel.showInMaps()
@@ -70,7 +76,9 @@ Popup {
         }
         WideButton {
             Layout.fillWidth: true
-            title: sheet.target.setTargetTitle
+            //: Share sheet action: the current point becomes the target for distance and bearing
+            //% "Set as Target"
+            title: qsTrId("target.set")
             accessibilityLabel: title
             onClicked: {
                 sheet.target.setCurrentPointAsTarget()
@@ -79,7 +87,9 @@ Popup {
         }
         WideButton {
             Layout.fillWidth: true
-            title: sheet.target.typeTargetTitle
+            //: Share sheet action: opens the locator keypad to type the target
+            //% "Type Target Locator"
+            title: qsTrId("target.type")
             accessibilityLabel: title
             onClicked: {
                 sheet.close()
@@ -88,7 +98,9 @@ Popup {
         }
         WideButton {
             Layout.fillWidth: true
-            title: sheet.proof.saveTitle
+            //: Share sheet action: saves a picture of the window and a text file proving the position
+            //% "Save Proof"
+            title: qsTrId("proof.save")
             accessibilityLabel: title
             onClicked: {
                 // Closed first, so the picture shows the screen and not the sheet.
@@ -98,7 +110,10 @@ Popup {
         }
         WideButton {
             Layout.fillWidth: true
-            title: sheet.panel.keepAreaTitle
+            //: Title of the screen that keeps an area of the online map for use without a network,
+            //: and of the share sheet's button that opens it
+            //% "Keep Area Offline"
+            title: qsTrId("keep-area.title")
             accessibilityLabel: title
             onClicked: {
                 sheet.close()
@@ -107,7 +122,9 @@ Popup {
         }
         WideButton {
             Layout.fillWidth: true
-            title: sheet.panel.cancelTitle
+            //: Action to cancel display of the share sheet
+            //% "Cancel"
+            title: qsTrId("general.cancel")
             accessibilityLabel: title
             alternateStyle: true
             onClicked: sheet.close()

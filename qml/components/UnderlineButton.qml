@@ -6,7 +6,9 @@ import Veltor
 PressableButton {
     id: control
 
-    property string title: Theme.defaultButtonTitle
+    //: Title of a button that was given none
+    //% "Button"
+    property string title: qsTrId("component.button.default")
     property int textAlignment: Text.AlignHCenter
 
     accessibilityLabel: title

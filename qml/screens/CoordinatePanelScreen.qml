@@ -31,14 +31,18 @@ Rectangle {
             Layout.fillWidth: true
             Layout.preferredWidth: 1
             Layout.minimumWidth: 0
-            text: panel.latitudeCaption
+            //: Caption over the latitude read-out
+            //% "Latitude"
+            text: qsTrId("panel.latitude.caption")
             elide: Text.ElideRight
         }
         CaptionLabel {
             Layout.fillWidth: true
             Layout.preferredWidth: 1
             Layout.minimumWidth: 0
-            text: panel.longitudeCaption
+            //: Caption over the longitude read-out
+            //% "Longitude"
+            text: qsTrId("panel.longitude.caption")
             elide: Text.ElideRight
         }
         // Half the width each, however long the texts: they shorten rather than push out.
@@ -66,7 +70,9 @@ Rectangle {
             Layout.columnSpan: 2
             Layout.fillWidth: true
             Layout.minimumWidth: 0
-            text: panel.veltorCaption
+            //: Caption over the grid locator read-out
+            //% "Locator"
+            text: qsTrId("panel.veltor.caption")
             elide: Text.ElideRight
         }
         TitleButton {

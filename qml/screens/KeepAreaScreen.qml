@@ -42,12 +42,17 @@ FocusScope {
 
             Body2Label {
                 Layout.fillWidth: true
-                text: controller.title
+                //: Title of the screen that keeps an area of the online map for use without a network,
+                //: and of the share sheet's button that opens it
+                //% "Keep Area Offline"
+                text: qsTrId("keep-area.title")
                 horizontalAlignment: Text.AlignHCenter
             }
             ChoiceRow {
                 Layout.fillWidth: true
-                text: controller.visibleAreaTitle
+                //: Keep the part of the map on the screen
+                //% "Visible Area"
+                text: qsTrId("keep-area.visible")
                 accessibilityLabel: text
                 checked: controller.area === KeepAreaController.VisibleArea
                 enabled: !controller.running
@@ -79,28 +84,32 @@ FocusScope {
                 columns: 3
                 enabled: !controller.running
                 CaptionLabel {
-                    text: controller.fromTitle
+                    //: The first zoom level kept
+                    //% "First level"
+                    text: qsTrId("keep-area.from")
                 }
                 UnderlineButton {
-                    title: controller.minusTitle
+                    title: "−"
                     accessibilityLabel: controller.stepLabel(true, -1)
                     onClicked: controller.stepMinZoom(-1)
                 }
                 UnderlineButton {
-                    title: controller.plusTitle
+                    title: "+"
                     accessibilityLabel: controller.stepLabel(true, 1)
                     onClicked: controller.stepMinZoom(1)
                 }
                 CaptionLabel {
-                    text: controller.toTitle
+                    //: The last zoom level kept
+                    //% "Last level"
+                    text: qsTrId("keep-area.to")
                 }
                 UnderlineButton {
-                    title: controller.minusTitle
+                    title: "−"
                     accessibilityLabel: controller.stepLabel(false, -1)
                     onClicked: controller.stepMaxZoom(-1)
                 }
                 UnderlineButton {
-                    title: controller.plusTitle
+                    title: "+"
                     accessibilityLabel: controller.stepLabel(false, 1)
                     onClicked: controller.stepMaxZoom(1)
                 }
@@ -137,28 +146,36 @@ FocusScope {
                 Layout.fillWidth: true
                 visible: !controller.running
                 enabled: controller.canStart
-                title: controller.startTitle
+                //: Button that starts the download
+                //% "Keep Area"
+                title: qsTrId("keep-area.start")
                 accessibilityLabel: title
                 onClicked: controller.start()
             }
             WideButton {
                 Layout.fillWidth: true
                 visible: controller.canResume
-                title: controller.resumeTitle
+                //: Button that continues a download that was cut short
+                //% "Resume Last Download"
+                title: qsTrId("keep-area.resume")
                 accessibilityLabel: title
                 onClicked: controller.resume()
             }
             WideButton {
                 Layout.fillWidth: true
                 visible: controller.running
-                title: controller.cancelTitle
+                //: Button that stops the download, keeping what arrived
+                //% "Stop"
+                title: qsTrId("keep-area.cancel")
                 accessibilityLabel: title
                 onClicked: controller.cancel()
             }
             WideButton {
                 Layout.fillWidth: true
                 visible: !controller.running
-                title: controller.closeTitle
+                //: Button that closes the screen
+                //% "Close"
+                title: qsTrId("keep-area.close")
                 accessibilityLabel: title
                 alternateStyle: true
                 onClicked: controller.close()

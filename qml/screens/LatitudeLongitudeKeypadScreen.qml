@@ -61,7 +61,9 @@ FocusScope {
                     id: done
                     anchors.fill: parent
                     anchors.topMargin: screen.hairline
-                    title: controller.doneTitle
+                    //: Done Button
+                    //% "Done"
+                    title: qsTrId("general.done")
                     alternateStyle: true
                     onClicked: controller.doneButtonTapped()
                 }

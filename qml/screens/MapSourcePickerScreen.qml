@@ -23,7 +23,9 @@ FocusScope {
         RowLayout {
             Layout.fillWidth: true
             UnderlineButton {
-                title: controller.backTitle
+                //: Button that goes back from a picker to the settings
+                //% "Back"
+                title: qsTrId("general.back")
                 font: Theme.body1Font
                 onClicked: page.backRequested()
             }
@@ -63,25 +65,37 @@ FocusScope {
                     Layout.fillWidth: true
                     Layout.topMargin: Theme.spacing
                     value: controller.mbtilesPath
-                    placeholder: controller.mbtilesPathTitle
+                    //: Field for the path of a map file in the MBTiles format
+                    //% "MBTiles file path"
+                    placeholder: qsTrId("map-source.mbtiles-path")
                     error: controller.mbtilesError
-                    accessibilityLabel: controller.mbtilesPathTitle
+                    //: Field for the path of a map file in the MBTiles format
+                    //% "MBTiles file path"
+                    accessibilityLabel: qsTrId("map-source.mbtiles-path")
                     onSubmitted: text => controller.setMbtilesPath(text)
                 }
                 SettingsTextField {
                     Layout.fillWidth: true
                     Layout.topMargin: Theme.spacing
                     value: controller.customTemplate
-                    placeholder: controller.customTemplateTitle
+                    //: Field for a tile server's address template; {z}, {x} and {y} stand as they are
+                    //% "https://server/{z}/{x}/{y}.png"
+                    placeholder: qsTrId("map-source.template")
                     error: controller.customTemplateError
-                    accessibilityLabel: controller.customTemplateTitle
+                    //: Field for a tile server's address template; {z}, {x} and {y} stand as they are
+                    //% "https://server/{z}/{x}/{y}.png"
+                    accessibilityLabel: qsTrId("map-source.template")
                     onSubmitted: text => controller.setCustomTemplate(text)
                 }
                 SettingsTextField {
                     Layout.fillWidth: true
                     value: controller.customAttribution
-                    placeholder: controller.customAttributionTitle
-                    accessibilityLabel: controller.customAttributionTitle
+                    //: Field for the credit a tile server asks to be shown on the map
+                    //% "Credit shown on the map"
+                    placeholder: qsTrId("map-source.attribution")
+                    //: Field for the credit a tile server asks to be shown on the map
+                    //% "Credit shown on the map"
+                    accessibilityLabel: qsTrId("map-source.attribution")
                     onSubmitted: text => controller.setCustomAttribution(text)
                 }
                 CaptionLabel {

@@ -13,7 +13,9 @@ Page {
     property bool tablet
     readonly property int appearance: controller.appearance
     property real initialZoomLevel: 11
-    title: controller.title
+    //: The app's name, in the window title
+    //% "Veltor"
+    title: qsTrId("app.name")
     // The map has every tile it needs and nothing moves: a picture now shows the whole screen.
     readonly property bool settled: map.idle
 
@@ -138,8 +140,12 @@ Page {
                 Item {
                     anchors.fill: parent
                     Accessible.role: Accessible.Button
-                    Accessible.name: mapPanel.mapAccessibilityTitle
-                    Accessible.description: mapPanel.mapAccessibilityHint
+                    //: Spoken name of the map
+                    //% "Map"
+                    Accessible.name: qsTrId("map.accessibility.title")
+                    //: Spoken hint of the map: pressing it places the point where the map is centred
+                    //% "Places the point at the centre of the map"
+                    Accessible.description: qsTrId("map.accessibility.hint")
                     Accessible.onPressAction: mapPanel.placePointAtMapCentre()
                 }
 
@@ -151,14 +157,18 @@ Page {
                     MapControlButton {
                         title: ""
                         glyph: "settings"
-                        accessibilityLabel: controller.settingsTitle
+                        //: Title of the settings screen and spoken name of the button that opens it
+                        //% "Settings"
+                        accessibilityLabel: qsTrId("settings.title")
                         onClicked: controller.showSettings()
                     }
                     MapControlButton {
                         id: shareButton
                         title: ""
                         glyph: "share"
-                        accessibilityLabel: mapPanel.shareTitle
+                        //: Button that opens the share sheet
+                        //% "Share"
+                        accessibilityLabel: qsTrId("sharesheet.title")
                         onClicked: mapPanel.share()
                     }
                 }
@@ -169,13 +179,17 @@ Page {
                     anchors.rightMargin: Theme.spacing
                     spacing: Theme.spacing
                     MapControlButton {
-                        title: mapPanel.zoomInTitle
-                        accessibilityLabel: mapPanel.zoomInAccessibilityTitle
+                        title: "+"
+                        //: Spoken name of the map's zoom-in button
+                        //% "Zoom in"
+                        accessibilityLabel: qsTrId("map.zoom-in")
                         onClicked: map.zoomIn()
                     }
                     MapControlButton {
-                        title: mapPanel.zoomOutTitle
-                        accessibilityLabel: mapPanel.zoomOutAccessibilityTitle
+                        title: "−"
+                        //: Spoken name of the map's zoom-out button
+                        //% "Zoom out"
+                        accessibilityLabel: qsTrId("map.zoom-out")
                         onClicked: map.zoomOut()
                     }
                 }

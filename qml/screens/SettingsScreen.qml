@@ -84,11 +84,15 @@ FocusScope {
                 }
                 Body2Label {
                     Layout.fillWidth: true
-                    text: controller.title
+                    //: Title of the settings screen and spoken name of the button that opens it
+                    //% "Settings"
+                    text: qsTrId("settings.title")
                     horizontalAlignment: Text.AlignHCenter
                 }
                 UnderlineButton {
-                    title: controller.doneTitle
+                    //: Done Button
+                    //% "Done"
+                    title: qsTrId("general.done")
                     font: Theme.body2Font
                     onClicked: controller.dismiss()
                 }
@@ -112,67 +116,88 @@ FocusScope {
                         spacing: Theme.hairline(Screen.devicePixelRatio)
                         SettingsRow {
                             width: rows.width
-                            title: controller.veltorFormatTitle
+                            //: Row and picker title for the locator precision
+                            //% "Locator precision"
+                            title: qsTrId("settings.veltor-format")
                             detail: controller.veltorFormatDetail
                             detailAccessibilityLabel: controller.veltorFormatAccessibilityLabel
                             onClicked: controller.showPicker(SettingsViewController.VeltorFormatPicker)
                         }
                         SettingsRow {
                             width: rows.width
-                            title: controller.coordinateFormatTitle
+                            //: Row and picker title for the latitude and longitude notation
+                            //% "Coordinates"
+                            title: qsTrId("settings.coordinate-format")
                             detail: controller.coordinateFormatDetail
                             detailAccessibilityLabel: controller.coordinateFormatAccessibilityLabel
                             onClicked: controller.showPicker(SettingsViewController.CoordinateFormatPicker)
                         }
                         SettingsRow {
                             width: rows.width
-                            title: controller.distanceFormatTitle
+                            //: Row and picker title for the units of the accuracy read-out
+                            //% "Accuracy units"
+                            title: qsTrId("settings.distance-format")
                             detail: controller.distanceFormatDetail
                             detailAccessibilityLabel: controller.distanceFormatDetail
                             onClicked: controller.showPicker(SettingsViewController.DistanceFormatPicker)
                         }
                         SwitchRow {
                             width: rows.width
-                            title: controller.showGridTitle
+                            //: Row of the switch that shows or hides the locator grid on the map
+                            //% "Show grid"
+                            title: qsTrId("settings.show-grid")
                             checked: controller.showGrid
                             onClicked: controller.toggleShowGrid()
                         }
                         SettingsRow {
                             width: rows.width
-                            title: controller.mapSourceTitle
+                            //: Settings row and picker: where the map's tiles come from
+                            //% "Map source"
+                            title: qsTrId("settings.map")
                             detail: controller.mapSourceDetail
                             detailAccessibilityLabel: controller.mapSourceDetail
                             onClicked: controller.showPicker(SettingsViewController.MapSourcePicker)
                         }
                         SettingsRow {
                             width: rows.width
-                            title: controller.appearanceTitle
+                            //: Row and picker title for the appearance of the screens
+                            //% "Appearance"
+                            title: qsTrId("settings.appearance")
                             detail: controller.appearanceDetail
                             detailAccessibilityLabel: controller.appearanceDetail
                             onClicked: controller.showPicker(SettingsViewController.AppearancePicker)
                         }
                         SwitchRow {
                             width: rows.width
-                            title: controller.gridPositionTitle
+                            //: Row of the switch that shows or hides, under the read-outs, how far the edges of the
+                            //: current locator cell are
+                            //% "Grid position"
+                            title: qsTrId("settings.grid-position")
                             checked: controller.showGridPosition
                             onClicked: controller.toggleShowGridPosition()
                         }
                         SettingsRow {
                             width: rows.width
-                            title: controller.crossingAlertTitle
+                            //: Row and picker title: at which locator precision entering another cell is announced
+                            //% "Crossing alerts"
+                            title: qsTrId("settings.crossing-alert")
                             detail: controller.crossingAlertDetail
                             detailAccessibilityLabel: controller.crossingAlertDetail
                             onClicked: controller.showPicker(SettingsViewController.CrossingAlertPicker)
                         }
                         SwitchRow {
                             width: rows.width
-                            title: controller.speakCrossingsTitle
+                            //: Row of the switch that has a crossing alert also spoken ("Entering JN58")
+                            //% "Speak crossings"
+                            title: qsTrId("settings.speak-crossings")
                             checked: controller.speakCrossings
                             onClicked: controller.toggleSpeakCrossings()
                         }
                         SettingsRow {
                             width: rows.width
-                            title: controller.stationTitle
+                            //: Settings row and screen: where the GPS comes from and which radio programs get the grid
+                            //% "Station"
+                            title: qsTrId("station.title")
                             detail: controller.stationDetail
                             detailAccessibilityLabel: controller.stationDetail
                             onClicked: controller.showPicker(SettingsViewController.StationPicker)

@@ -24,13 +24,17 @@ FocusScope {
         RowLayout {
             Layout.fillWidth: true
             UnderlineButton {
-                title: controller.backTitle
+                //: Button that goes back from a picker to the settings
+                //% "Back"
+                title: qsTrId("general.back")
                 font: Theme.body1Font
                 onClicked: controller.back()
             }
             Body2Label {
                 Layout.fillWidth: true
-                text: controller.title
+                //: Settings row and screen: where the GPS comes from and which radio programs get the grid
+                //% "Station"
+                text: qsTrId("station.title")
                 horizontalAlignment: Text.AlignHCenter
             }
             Item {
@@ -52,28 +56,42 @@ FocusScope {
                 CaptionLabel {
                     Layout.leftMargin: Theme.spacing
                     Layout.topMargin: Theme.spacing
-                    text: controller.gpsSourceTitle
+                    //: Heading of the choice of GPS source
+                    //% "GPS Source"
+                    text: qsTrId("station.gps-source")
                 }
                 ChoiceRow {
                     Layout.fillWidth: true
-                    text: controller.systemSourceTitle
-                    accessibilityLabel: controller.systemSourceTitle
+                    //: GPS source: the operating system's own positioning service
+                    //% "System Positioning"
+                    text: qsTrId("station.gps-source.system")
+                    //: GPS source: the operating system's own positioning service
+                    //% "System Positioning"
+                    accessibilityLabel: qsTrId("station.gps-source.system")
                     checked: !controller.usesGpsd
                     onClicked: controller.useSystemSource()
                 }
                 ChoiceRow {
                     Layout.fillWidth: true
-                    text: controller.gpsdTitle
-                    accessibilityLabel: controller.gpsdTitle
+                    //: GPS source: the gpsd daemon (a program name, usually left as it is)
+                    //% "gpsd"
+                    text: qsTrId("station.gps-source.gpsd")
+                    //: GPS source: the gpsd daemon (a program name, usually left as it is)
+                    //% "gpsd"
+                    accessibilityLabel: qsTrId("station.gps-source.gpsd")
                     checked: controller.usesGpsd
                     onClicked: controller.useGpsd()
                 }
                 SettingsTextField {
                     Layout.fillWidth: true
                     value: controller.gpsdAddress
-                    placeholder: controller.addressTitle
+                    //: Label and placeholder of a network address field
+                    //% "Host:Port"
+                    placeholder: qsTrId("station.address")
                     error: controller.gpsdAddressError
-                    accessibilityLabel: controller.gpsdAddressAccessibilityLabel
+                    //: Spoken name of the gpsd address field
+                    //% "gpsd address"
+                    accessibilityLabel: qsTrId("station.gpsd-address-spoken")
                     onSubmitted: text => controller.setGpsdAddress(text)
                 }
                 CaptionLabel {
@@ -122,37 +140,51 @@ FocusScope {
                 SwitchRow {
                     Layout.fillWidth: true
                     Layout.topMargin: Theme.spacing
-                    title: controller.wsjtxTitle
+                    //: Switch: send the live 6-character locator to WSJT-X
+                    //% "Send Grid to WSJT-X"
+                    title: qsTrId("station.wsjtx")
                     checked: controller.sendToWsjtx
                     onClicked: controller.toggleWsjtx()
                 }
                 SettingsTextField {
                     Layout.fillWidth: true
                     value: controller.wsjtxAddress
-                    placeholder: controller.addressTitle
+                    //: Label and placeholder of a network address field
+                    //% "Host:Port"
+                    placeholder: qsTrId("station.address")
                     error: controller.wsjtxAddressError
-                    accessibilityLabel: controller.wsjtxAddressAccessibilityLabel
+                    //: Spoken name of the WSJT-X address field
+                    //% "WSJT-X address"
+                    accessibilityLabel: qsTrId("station.wsjtx-address-spoken")
                     onSubmitted: text => controller.setWsjtxAddress(text)
                 }
                 SwitchRow {
                     Layout.fillWidth: true
                     Layout.topMargin: Theme.spacing
-                    title: controller.js8CallTitle
+                    //: Switch: send the live 6-character locator to JS8Call
+                    //% "Send Grid to JS8Call"
+                    title: qsTrId("station.js8call")
                     checked: controller.sendToJs8Call
                     onClicked: controller.toggleJs8Call()
                 }
                 SettingsTextField {
                     Layout.fillWidth: true
                     value: controller.js8CallAddress
-                    placeholder: controller.addressTitle
+                    //: Label and placeholder of a network address field
+                    //% "Host:Port"
+                    placeholder: qsTrId("station.address")
                     error: controller.js8CallAddressError
-                    accessibilityLabel: controller.js8CallAddressAccessibilityLabel
+                    //: Spoken name of the JS8Call address field
+                    //% "JS8Call address"
+                    accessibilityLabel: qsTrId("station.js8call-address-spoken")
                     onSubmitted: text => controller.setJs8CallAddress(text)
                 }
                 CaptionLabel {
                     Layout.fillWidth: true
                     Layout.margins: Theme.spacing
-                    text: controller.liveOnlyNote
+                    //: Under the switches: when the grid is sent
+                    //% "The grid is sent only while tracking live, each time it changes."
+                    text: qsTrId("station.live-only")
                     wrapMode: Text.Wrap
                 }
             }

@@ -23,7 +23,9 @@ RowLayout {
         Accessible.name: target.accessibilityLabel
     }
     Body1Button {
-        title: target.clearTitle
+        //: Button that removes the target
+        //% "Clear Target"
+        title: qsTrId("target.clear")
         accessibilityLabel: title
         onClicked: target.clearTarget()
     }

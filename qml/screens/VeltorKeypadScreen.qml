@@ -68,13 +68,17 @@ FocusScope {
                         Layout.fillWidth: true
                         title: ""
                         maskImage: "delete"
-                        accessibilityTitle: controller.deleteAccessibilityTitle
+                        //: Spoken name of the key that deletes the last character typed
+                        //% "delete"
+                        accessibilityTitle: qsTrId("keypad.delete")
                         onClicked: controller.deleteButtonTapped()
                     }
                     KeypadButton {
                         Layout.fillWidth: true
                         Layout.preferredWidth: 3 * Theme.minimumTouchSize
-                        title: controller.doneTitle
+                        //: Done Button
+                        //% "Done"
+                        title: qsTrId("general.done")
                         alternateStyle: true
                         onClicked: controller.doneButtonTapped()
                     }

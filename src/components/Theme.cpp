@@ -103,12 +103,6 @@ qreal Theme::hairline(qreal devicePixelRatio)
     return devicePixelRatio > 0.0 ? 1.0 / devicePixelRatio : 1.0;
 }
 
-QString Theme::defaultButtonTitle()
-{
-    //: Title of a button that was given none
-    //% "Button"
-    return qtTrId("component.button.default");
-}
 
 QString Theme::keyAccessibilityLabel(const QString &title, const QString &accessibilityTitle)
 {

@@ -49,7 +49,6 @@ class Theme : public QObject
     Q_PROPERTY(qreal pressedOpacity READ pressedOpacity CONSTANT)
     Q_PROPERTY(int releaseFadeMs READ releaseFadeMs CONSTANT)
     // What a button says before it is given a title of its own.
-    Q_PROPERTY(QString defaultButtonTitle READ defaultButtonTitle CONSTANT)
 
 public:
     enum Appearance
@@ -93,7 +92,6 @@ public:
     static constexpr qreal spacing() { return 12.0; }
     static constexpr qreal pressedOpacity() { return 0.3; }
     static constexpr int releaseFadeMs() { return 250; }
-    static QString defaultButtonTitle();
 
     // A key is the face colour with tint text; pressed, or of the alternate style, the two swap.
     Q_INVOKABLE static bool keyInverted(bool alternateStyle, bool pressed)

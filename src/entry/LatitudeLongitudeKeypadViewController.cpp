@@ -180,12 +180,6 @@ QString LatitudeLongitudeKeypadViewController::southEastAccessibilityTitle() con
     return qtTrId("keypad.lat-lon.east.spoken");
 }
 
-QString LatitudeLongitudeKeypadViewController::doneTitle()
-{
-    //: Done Button
-    //% "Done"
-    return qtTrId("general.done");
-}
 
 bool LatitudeLongitudeKeypadViewController::degreeKeyEnabled() const
 {

@@ -30,7 +30,6 @@ class LatitudeLongitudeKeypadViewController : public QObject
     // Every key of the grid but Done, each with its row and column: digits like a calculator,
     // the decimal point and delete beside the 0, hemispheres, degree and minute keys last.
     Q_PROPERTY(QQmlListProperty<KeypadKey> keys READ keysProperty CONSTANT)
-    Q_PROPERTY(QString doneTitle READ doneTitle CONSTANT)
 
 public:
     enum Style
@@ -57,7 +56,6 @@ public:
     QString outputAccessibilityLabel() const;
     QList<KeypadKey *> keys() const { return m_keys; }
     QQmlListProperty<KeypadKey> keysProperty() { return {this, &m_keys}; }
-    static QString doneTitle();
     bool degreeKeyEnabled() const;
     bool minuteKeyEnabled() const;
 

@@ -93,19 +93,7 @@ QList<bool> VeltorKeypadViewController::keysEnabled() const
     return enabled;
 }
 
-QString VeltorKeypadViewController::deleteAccessibilityTitle() const
-{
-    //: Spoken name of the key that deletes the last character typed
-    //% "delete"
-    return qtTrId("keypad.delete");
-}
 
-QString VeltorKeypadViewController::doneTitle() const
-{
-    //: Done Button
-    //% "Done"
-    return qtTrId("general.done");
-}
 
 void VeltorKeypadViewController::refreshOutputLabel()
 {

@@ -30,8 +30,6 @@ class VeltorKeypadViewController : public QObject
     Q_PROPERTY(QString outputAccessibilityLabel READ outputAccessibilityLabel NOTIFY outputChanged)
     // Row by row, four per row; a cleared key has no title and is disabled.
     Q_PROPERTY(QQmlListProperty<KeypadKey> characterKeys READ characterKeysProperty CONSTANT)
-    Q_PROPERTY(QString deleteAccessibilityTitle READ deleteAccessibilityTitle CONSTANT)
-    Q_PROPERTY(QString doneTitle READ doneTitle CONSTANT)
 
 public:
     static constexpr int characterKeyCount = 24;
@@ -51,8 +49,6 @@ public:
     QQmlListProperty<KeypadKey> characterKeysProperty() { return {this, &m_keys}; }
     QStringList keyTitles() const;
     QList<bool> keysEnabled() const;
-    QString deleteAccessibilityTitle() const;
-    QString doneTitle() const;
     std::optional<QString> workingString() const { return m_workingString; }
 
     Q_INVOKABLE void characterButtonTapped(const QString &title);

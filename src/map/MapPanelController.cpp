@@ -326,19 +326,7 @@ void MapPanelController::useMapSource()
     m_drawsOwnBasemap = true;
 }
 
-QString MapPanelController::zoomInAccessibilityTitle()
-{
-    //: Spoken name of the map's zoom-in button
-    //% "Zoom in"
-    return qtTrId("map.zoom-in");
-}
 
-QString MapPanelController::zoomOutAccessibilityTitle()
-{
-    //: Spoken name of the map's zoom-out button
-    //% "Zoom out"
-    return qtTrId("map.zoom-out");
-}
 
 bool MapPanelController::tracking() const
 {
@@ -387,54 +375,12 @@ QString MapPanelController::trackingButtonImage() const
                                  : QStringLiteral("ToolbarIconTrack");
 }
 
-QString MapPanelController::mapAccessibilityTitle()
-{
-    //: Spoken name of the map
-    //% "Map"
-    return qtTrId("map.accessibility.title");
-}
 
-QString MapPanelController::mapAccessibilityHint()
-{
-    //: Spoken hint of the map: pressing it places the point where the map is centred
-    //% "Places the point at the centre of the map"
-    return qtTrId("map.accessibility.hint");
-}
 
-QString MapPanelController::shareTitle()
-{
-    //: Button that opens the share sheet
-    //% "Share"
-    return qtTrId("sharesheet.title");
-}
 
-QString MapPanelController::copyLatitudeLongitudeTitle()
-{
-    //: Action to copy latitude and longitude-formatted string
-    //% "Copy Latitude and Longitude"
-    return qtTrId("sharesheet.copy-latitude-longitude");
-}
 
-QString MapPanelController::copyVeltorTitle()
-{
-    //: Action to copy veltor-formatted string
-    //% "Copy Locator"
-    return qtTrId("sharesheet.copy-veltor");
-}
 
-QString MapPanelController::showInMapsTitle()
-{
-    //: Action to show a location in the Maps app
-    //% "Show in Maps"
-    return qtTrId("sharesheet.show-in-maps");
-}
 
-QString MapPanelController::cancelTitle()
-{
-    //: Action to cancel display of the share sheet
-    //% "Cancel"
-    return qtTrId("general.cancel");
-}
 
 void MapPanelController::toggleTracking()
 {
@@ -444,10 +390,3 @@ void MapPanelController::toggleTracking()
         m_tracking.beginTracking();
 }
 
-QString MapPanelController::keepAreaTitle()
-{
-    //: Title of the screen that keeps an area of the online map for use without a network,
-    //: and of the share sheet's button that opens it
-    //% "Keep Area Offline"
-    return qtTrId("keep-area.title");
-}

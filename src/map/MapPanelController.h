@@ -36,10 +36,6 @@ class MapPanelController : public QObject, public QQmlParserStatus
     Q_PROPERTY(bool tablet READ isTablet WRITE setTablet NOTIFY tabletChanged)
     // The screens' appearance (0 day, 1 night, 2 red): the map draws in its palette.
     Q_PROPERTY(int appearance READ appearance WRITE setAppearance NOTIFY appearanceChanged)
-    Q_PROPERTY(QString zoomInTitle READ zoomInTitle CONSTANT)
-    Q_PROPERTY(QString zoomInAccessibilityTitle READ zoomInAccessibilityTitle CONSTANT)
-    Q_PROPERTY(QString zoomOutTitle READ zoomOutTitle CONSTANT)
-    Q_PROPERTY(QString zoomOutAccessibilityTitle READ zoomOutAccessibilityTitle CONSTANT)
     Q_PROPERTY(bool tracking READ tracking NOTIFY trackingChanged)
     Q_PROPERTY(QString trackingButtonTitle READ trackingButtonTitle NOTIFY trackingChanged)
     Q_PROPERTY(QString trackingButtonAccessibilityTitle READ trackingButtonAccessibilityTitle
@@ -48,14 +44,6 @@ class MapPanelController : public QObject, public QQmlParserStatus
                    NOTIFY trackingChanged)
     // "ToolbarIconTrack" or "ToolbarIconTracking", a glyph tinted like the button's text.
     Q_PROPERTY(QString trackingButtonImage READ trackingButtonImage NOTIFY trackingChanged)
-    Q_PROPERTY(QString shareTitle READ shareTitle CONSTANT)
-    Q_PROPERTY(QString mapAccessibilityTitle READ mapAccessibilityTitle CONSTANT)
-    Q_PROPERTY(QString mapAccessibilityHint READ mapAccessibilityHint CONSTANT)
-    Q_PROPERTY(QString copyLatitudeLongitudeTitle READ copyLatitudeLongitudeTitle CONSTANT)
-    Q_PROPERTY(QString copyVeltorTitle READ copyVeltorTitle CONSTANT)
-    Q_PROPERTY(QString showInMapsTitle READ showInMapsTitle CONSTANT)
-    Q_PROPERTY(QString cancelTitle READ cancelTitle CONSTANT)
-    Q_PROPERTY(QString keepAreaTitle READ keepAreaTitle CONSTANT)
 
 public:
     // Settings of the online map: the tile server's URL template and the credit it asks for.
@@ -77,22 +65,11 @@ public:
     double initialZoomLevel() const { return m_initialZoomLevel; }
     void setInitialZoomLevel(double level);
 
-    static QString zoomInTitle() { return QStringLiteral("+"); }
-    static QString zoomInAccessibilityTitle();
-    static QString zoomOutTitle() { return QStringLiteral("−"); }
-    static QString zoomOutAccessibilityTitle();
     bool tracking() const;
     QString trackingButtonTitle() const;
     QString trackingButtonAccessibilityTitle() const;
     QString trackingButtonAccessibilityHint() const;
     QString trackingButtonImage() const;
-    static QString shareTitle();
-    static QString mapAccessibilityTitle();
-    static QString mapAccessibilityHint();
-    static QString copyLatitudeLongitudeTitle();
-    static QString copyVeltorTitle();
-    static QString showInMapsTitle();
-    static QString cancelTitle();
     // True for one turn of the event loop after the map's region changes, however often.
     bool isReloadingGridAnnotations() const { return m_reloadingGridAnnotations; }
 
@@ -101,7 +78,6 @@ public:
     Q_INVOKABLE void share() { emit shareSheetRequested(); }
     // Opens the screen that keeps an area of the online map for use without a network.
     Q_INVOKABLE void keepArea() { emit keepAreaRequested(); }
-    static QString keepAreaTitle();
     // The latitude and longitude in the user's notation, onto the clipboard.
     Q_INVOKABLE void copyLatitudeLongitude();
     // The locator at the user's precision, onto the clipboard.

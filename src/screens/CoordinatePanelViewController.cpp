@@ -79,23 +79,5 @@ QString CoordinatePanelViewController::veltor2AccessibilityLabel() const
     return QStringLiteral("veltor ") + m_veltorAccessibilityLabel + QStringLiteral(", button");
 }
 
-QString CoordinatePanelViewController::latitudeCaption()
-{
-    //: Caption over the latitude read-out
-    //% "Latitude"
-    return qtTrId("panel.latitude.caption");
-}
 
-QString CoordinatePanelViewController::longitudeCaption()
-{
-    //: Caption over the longitude read-out
-    //% "Longitude"
-    return qtTrId("panel.longitude.caption");
-}
 
-QString CoordinatePanelViewController::veltorCaption()
-{
-    //: Caption over the grid locator read-out
-    //% "Locator"
-    return qtTrId("panel.veltor.caption");
-}

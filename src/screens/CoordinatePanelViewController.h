@@ -20,9 +20,6 @@ class CoordinatePanelViewController : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString latitudeCaption READ latitudeCaption CONSTANT)
-    Q_PROPERTY(QString longitudeCaption READ longitudeCaption CONSTANT)
-    Q_PROPERTY(QString veltorCaption READ veltorCaption CONSTANT)
     Q_PROPERTY(QString latitudeText READ latitudeText NOTIFY latitudeChanged)
     Q_PROPERTY(QString latitudeAccessibilityLabel READ latitudeAccessibilityLabel NOTIFY latitudeChanged)
     Q_PROPERTY(QString longitudeText READ longitudeText NOTIFY longitudeChanged)
@@ -37,9 +34,6 @@ public:
     CoordinatePanelViewController(ApplicationStateSystem &state, PreferencesSystem &preferences,
                                   QObject *parent = nullptr);
 
-    static QString latitudeCaption();
-    static QString longitudeCaption();
-    static QString veltorCaption();
 
     QString latitudeText() const { return m_latitudeText; }
     QString latitudeAccessibilityLabel() const { return m_latitudeAccessibilityLabel; }

@@ -1,7 +1,6 @@
 #include "FormatPickerViewController.h"
 
 #include "PreferencesSystem.h"
-#include "SettingsViewController.h"
 
 FormatPickerViewController::FormatPickerViewController(PreferencesSystem &preferences, int count,
                                                        QLatin1StringView notification,
@@ -28,7 +27,3 @@ void FormatPickerViewController::selectRow(int row)
     write(row);
 }
 
-QString FormatPickerViewController::backTitle()
-{
-    return SettingsViewController::backTitle();
-}

@@ -1,7 +1,6 @@
 #include "KeepAreaController.h"
 
 #include "ApplicationStateSystem.h"
-#include "MapPanelController.h"
 #include "MapSource.h"
 #include "MapView.h"
 #include "NotificationCenter.h"
@@ -80,17 +79,7 @@ void KeepAreaController::setMap(MapView *map)
     emit changed();
 }
 
-QString KeepAreaController::title()
-{
-    return MapPanelController::keepAreaTitle();
-}
 
-QString KeepAreaController::visibleAreaTitle()
-{
-    //: Keep the part of the map on the screen
-    //% "Visible Area"
-    return qtTrId("keep-area.visible");
-}
 
 QString KeepAreaController::nearAreaTitle()
 {
@@ -130,33 +119,9 @@ QString KeepAreaController::toTitle()
     return qtTrId("keep-area.to");
 }
 
-QString KeepAreaController::startTitle()
-{
-    //: Button that starts the download
-    //% "Keep Area"
-    return qtTrId("keep-area.start");
-}
 
-QString KeepAreaController::resumeTitle()
-{
-    //: Button that continues a download that was cut short
-    //% "Resume Last Download"
-    return qtTrId("keep-area.resume");
-}
 
-QString KeepAreaController::cancelTitle()
-{
-    //: Button that stops the download, keeping what arrived
-    //% "Stop"
-    return qtTrId("keep-area.cancel");
-}
 
-QString KeepAreaController::closeTitle()
-{
-    //: Button that closes the screen
-    //% "Close"
-    return qtTrId("keep-area.close");
-}
 
 void KeepAreaController::setArea(int area)
 {

@@ -23,16 +23,10 @@ class KeepAreaController : public QObject
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(MapView *map READ map WRITE setMap NOTIFY changed)
-    Q_PROPERTY(QString title READ title CONSTANT)
-    Q_PROPERTY(QString visibleAreaTitle READ visibleAreaTitle CONSTANT)
     Q_PROPERTY(QString nearAreaTitle READ nearAreaTitle CONSTANT)
     Q_PROPERTY(QString wideAreaTitle READ wideAreaTitle CONSTANT)
     Q_PROPERTY(int area READ area WRITE setArea NOTIFY changed)
     Q_PROPERTY(QString zoomText READ zoomText NOTIFY changed)
-    Q_PROPERTY(QString minusTitle READ minusTitle CONSTANT)
-    Q_PROPERTY(QString plusTitle READ plusTitle CONSTANT)
-    Q_PROPERTY(QString fromTitle READ fromTitle CONSTANT)
-    Q_PROPERTY(QString toTitle READ toTitle CONSTANT)
     Q_PROPERTY(QString planText READ planText NOTIFY changed)
     Q_PROPERTY(QString policyText READ policyText NOTIFY changed)
     Q_PROPERTY(bool canStart READ canStart NOTIFY changed)
@@ -41,10 +35,6 @@ class KeepAreaController : public QObject
     Q_PROPERTY(QString progressText READ progressText NOTIFY changed)
     Q_PROPERTY(QString message READ message NOTIFY changed)
     Q_PROPERTY(bool canResume READ canResume NOTIFY changed)
-    Q_PROPERTY(QString startTitle READ startTitle CONSTANT)
-    Q_PROPERTY(QString resumeTitle READ resumeTitle CONSTANT)
-    Q_PROPERTY(QString cancelTitle READ cancelTitle CONSTANT)
-    Q_PROPERTY(QString closeTitle READ closeTitle CONSTANT)
 
 public:
     enum Area
@@ -69,20 +59,12 @@ public:
     MapView *map() const { return m_map; }
     void setMap(MapView *map);
 
-    static QString title();
-    static QString visibleAreaTitle();
     static QString nearAreaTitle();
     static QString wideAreaTitle();
-    static QString minusTitle() { return QStringLiteral("−"); }
-    static QString plusTitle() { return QStringLiteral("+"); }
     // What a screen reader says for the buttons that move the first or the last level.
     Q_INVOKABLE static QString stepLabel(bool first, int delta);
     static QString fromTitle();
     static QString toTitle();
-    static QString startTitle();
-    static QString resumeTitle();
-    static QString cancelTitle();
-    static QString closeTitle();
 
     int area() const { return m_area; }
     void setArea(int area);

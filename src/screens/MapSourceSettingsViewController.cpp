@@ -45,26 +45,8 @@ QString MapSourceSettingsViewController::summary(const MapSource &source)
     return MapSource::name(source.kind);
 }
 
-QString MapSourceSettingsViewController::mbtilesPathTitle()
-{
-    //: Field for the path of a map file in the MBTiles format
-    //% "MBTiles file path"
-    return qtTrId("map-source.mbtiles-path");
-}
 
-QString MapSourceSettingsViewController::customTemplateTitle()
-{
-    //: Field for a tile server's address template; {z}, {x} and {y} stand as they are
-    //% "https://server/{z}/{x}/{y}.png"
-    return qtTrId("map-source.template");
-}
 
-QString MapSourceSettingsViewController::customAttributionTitle()
-{
-    //: Field for the credit a tile server asks to be shown on the map
-    //% "Credit shown on the map"
-    return qtTrId("map-source.attribution");
-}
 
 QString MapSourceSettingsViewController::note() const
 {

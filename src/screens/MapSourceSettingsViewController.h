@@ -15,12 +15,9 @@ class MapSourceSettingsViewController : public FormatPickerViewController
     QML_ELEMENT
     Q_PROPERTY(QString mbtilesPath READ mbtilesPath NOTIFY fieldsChanged)
     Q_PROPERTY(QString mbtilesError READ mbtilesError NOTIFY fieldsChanged)
-    Q_PROPERTY(QString mbtilesPathTitle READ mbtilesPathTitle CONSTANT)
     Q_PROPERTY(QString customTemplate READ customTemplate NOTIFY fieldsChanged)
     Q_PROPERTY(QString customTemplateError READ customTemplateError NOTIFY fieldsChanged)
-    Q_PROPERTY(QString customTemplateTitle READ customTemplateTitle CONSTANT)
     Q_PROPERTY(QString customAttribution READ customAttribution NOTIFY fieldsChanged)
-    Q_PROPERTY(QString customAttributionTitle READ customAttributionTitle CONSTANT)
     Q_PROPERTY(QString note READ note NOTIFY fieldsChanged)
 
 public:
@@ -36,12 +33,9 @@ public:
 
     QString mbtilesPath() const { return m_source.path; }
     QString mbtilesError() const { return m_mbtilesError; }
-    static QString mbtilesPathTitle();
     QString customTemplate() const { return m_source.urlTemplate; }
     QString customTemplateError() const { return m_templateError; }
-    static QString customTemplateTitle();
     QString customAttribution() const { return m_source.attribution; }
-    static QString customAttributionTitle();
     // What the chosen source is and asks for: where it works, its credit, its usage rules.
     QString note() const;
 

@@ -56,12 +56,6 @@ void ProofSnapshotController::setWindow(QQuickWindow *window)
     emit windowChanged();
 }
 
-QString ProofSnapshotController::saveTitle()
-{
-    //: Share sheet action: saves a picture of the window and a text file proving the position
-    //% "Save Proof"
-    return qtTrId("proof.save");
-}
 
 void ProofSnapshotController::say(const QString &message)
 {

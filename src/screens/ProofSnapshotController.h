@@ -27,7 +27,6 @@ class ProofSnapshotController : public QObject
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QQuickWindow *window READ window WRITE setWindow NOTIFY windowChanged)
-    Q_PROPERTY(QString saveTitle READ saveTitle CONSTANT)
     Q_PROPERTY(QString message READ message NOTIFY messageChanged)
 
 public:
@@ -42,7 +41,6 @@ public:
 
     QQuickWindow *window() const { return m_window; }
     void setWindow(QQuickWindow *window);
-    static QString saveTitle();
     // What the last save did; cleared after a few seconds.
     QString message() const { return m_message; }
 

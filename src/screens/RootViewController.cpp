@@ -2,7 +2,6 @@
 
 #include "LocationTrackingSystem.h"
 #include "PreferencesSystem.h"
-#include "SettingsViewController.h"
 #include "Theme.h"
 #include "UserDefaults.h"
 
@@ -51,22 +50,12 @@ QStringList RootViewController::screenNames()
     return {latitudeKeypad, longitudeKeypad, veltorKeypad, settings};
 }
 
-QString RootViewController::title()
-{
-    //: The app's name, in the window title
-    //% "Veltor"
-    return qtTrId("app.name");
-}
 
 int RootViewController::fullScreenToggled(int visibility)
 {
     return visibility == QWindow::FullScreen ? QWindow::Windowed : QWindow::FullScreen;
 }
 
-QString RootViewController::settingsTitle()
-{
-    return SettingsViewController::title();
-}
 
 int RootViewController::appearance() const
 {

@@ -23,8 +23,6 @@ class RootViewController : public QObject, public QQmlParserStatus
     Q_OBJECT
     QML_ELEMENT
     Q_INTERFACES(QQmlParserStatus)
-    Q_PROPERTY(QString title READ title CONSTANT)
-    Q_PROPERTY(QString settingsTitle READ settingsTitle CONSTANT)
     // The appearance to show (Theme's Day, Night or Red): the user's setting, unless the
     // command line asked for another until the user chooses.
     Q_PROPERTY(int appearance READ appearance NOTIFY appearanceChanged)
@@ -46,8 +44,6 @@ public:
     // The screens that can be opened by name, as the app's --open takes them.
     static QStringList screenNames();
 
-    static QString title();
-    static QString settingsTitle();
     int appearance() const;
     int appearanceOverride() const { return m_appearanceOverride; }
     // -1 for none.

@@ -1,14 +1,12 @@
 #include "SettingsViewController.h"
 
 #include "AppearanceSettingsViewController.h"
-#include "CoordinateFormatSettingsViewController.h"
 #include "CoordinateFormatter.h"
 #include "CrossingAlertSettingsViewController.h"
 #include "DistanceFormatSettingsViewController.h"
 #include "MapSourceSettingsViewController.h"
 #include "PreferencesSystem.h"
 #include "StationSettingsViewController.h"
-#include "VeltorFormatSettingsViewController.h"
 #include "VeltorFormatter.h"
 
 SettingsViewController::SettingsViewController(QObject *parent)
@@ -72,46 +70,12 @@ void SettingsViewController::toggleShowGrid()
     m_preferences.setShowGrid(m_showGrid);
 }
 
-QString SettingsViewController::title()
-{
-    //: Title of the settings screen and spoken name of the button that opens it
-    //% "Settings"
-    return qtTrId("settings.title");
-}
 
-QString SettingsViewController::doneTitle()
-{
-    //: Done Button
-    //% "Done"
-    return qtTrId("general.done");
-}
 
-QString SettingsViewController::backTitle()
-{
-    //: Button that goes back from a picker to the settings
-    //% "Back"
-    return qtTrId("general.back");
-}
 
-QString SettingsViewController::veltorFormatTitle()
-{
-    return VeltorFormatSettingsViewController::settingTitle();
-}
 
-QString SettingsViewController::coordinateFormatTitle()
-{
-    return CoordinateFormatSettingsViewController::settingTitle();
-}
 
-QString SettingsViewController::distanceFormatTitle()
-{
-    return DistanceFormatSettingsViewController::settingTitle();
-}
 
-QString SettingsViewController::appearanceTitle()
-{
-    return AppearanceSettingsViewController::settingTitle();
-}
 
 void SettingsViewController::toggleShowGridPosition()
 {
@@ -125,39 +89,8 @@ void SettingsViewController::toggleSpeakCrossings()
     m_preferences.setSpeakCrossings(!m_preferences.speakCrossings());
 }
 
-QString SettingsViewController::crossingAlertTitle()
-{
-    return CrossingAlertSettingsViewController::settingTitle();
-}
 
-QString SettingsViewController::speakCrossingsTitle()
-{
-    //: Row of the switch that has a crossing alert also spoken ("Entering JN58")
-    //% "Speak crossings"
-    return qtTrId("settings.speak-crossings");
-}
 
-QString SettingsViewController::gridPositionTitle()
-{
-    //: Row of the switch that shows or hides, under the read-outs, how far the edges of the
-    //: current locator cell are
-    //% "Grid position"
-    return qtTrId("settings.grid-position");
-}
 
-QString SettingsViewController::showGridTitle()
-{
-    //: Row of the switch that shows or hides the locator grid on the map
-    //% "Show grid"
-    return qtTrId("settings.show-grid");
-}
 
-QString SettingsViewController::stationTitle()
-{
-    return StationSettingsViewController::title();
-}
 
-QString SettingsViewController::mapSourceTitle()
-{
-    return MapSourceSettingsViewController::settingTitle();
-}

@@ -17,30 +17,17 @@ class SettingsViewController : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString title READ title CONSTANT)
-    Q_PROPERTY(QString doneTitle READ doneTitle CONSTANT)
-    Q_PROPERTY(QString backTitle READ backTitle CONSTANT)
-    Q_PROPERTY(QString veltorFormatTitle READ veltorFormatTitle CONSTANT)
     Q_PROPERTY(QString veltorFormatDetail READ veltorFormatDetail NOTIFY rowsChanged)
     Q_PROPERTY(QString veltorFormatAccessibilityLabel READ veltorFormatAccessibilityLabel NOTIFY rowsChanged)
-    Q_PROPERTY(QString coordinateFormatTitle READ coordinateFormatTitle CONSTANT)
     Q_PROPERTY(QString coordinateFormatDetail READ coordinateFormatDetail NOTIFY rowsChanged)
     Q_PROPERTY(QString coordinateFormatAccessibilityLabel READ coordinateFormatAccessibilityLabel NOTIFY rowsChanged)
-    Q_PROPERTY(QString distanceFormatTitle READ distanceFormatTitle CONSTANT)
     Q_PROPERTY(QString distanceFormatDetail READ distanceFormatDetail NOTIFY rowsChanged)
-    Q_PROPERTY(QString appearanceTitle READ appearanceTitle CONSTANT)
     Q_PROPERTY(QString appearanceDetail READ appearanceDetail NOTIFY rowsChanged)
-    Q_PROPERTY(QString showGridTitle READ showGridTitle CONSTANT)
     Q_PROPERTY(bool showGrid READ showGrid NOTIFY showGridChanged)
-    Q_PROPERTY(QString gridPositionTitle READ gridPositionTitle CONSTANT)
     Q_PROPERTY(bool showGridPosition READ showGridPosition NOTIFY showGridPositionChanged)
-    Q_PROPERTY(QString crossingAlertTitle READ crossingAlertTitle CONSTANT)
     Q_PROPERTY(QString crossingAlertDetail READ crossingAlertDetail NOTIFY rowsChanged)
-    Q_PROPERTY(QString speakCrossingsTitle READ speakCrossingsTitle CONSTANT)
     Q_PROPERTY(bool speakCrossings READ speakCrossings NOTIFY rowsChanged)
-    Q_PROPERTY(QString mapSourceTitle READ mapSourceTitle CONSTANT)
     Q_PROPERTY(QString mapSourceDetail READ mapSourceDetail NOTIFY rowsChanged)
-    Q_PROPERTY(QString stationTitle READ stationTitle CONSTANT)
     Q_PROPERTY(QString stationDetail READ stationDetail NOTIFY rowsChanged)
 
 public:
@@ -60,20 +47,7 @@ public:
     explicit SettingsViewController(QObject *parent = nullptr);
     explicit SettingsViewController(PreferencesSystem &preferences, QObject *parent = nullptr);
 
-    static QString title();
-    static QString doneTitle();
-    static QString backTitle();
-    static QString veltorFormatTitle();
-    static QString coordinateFormatTitle();
-    static QString distanceFormatTitle();
-    static QString appearanceTitle();
-    static QString showGridTitle();
-    static QString gridPositionTitle();
-    static QString crossingAlertTitle();
-    static QString speakCrossingsTitle();
-    static QString mapSourceTitle();
     QString mapSourceDetail() const { return m_mapSourceDetail; }
-    static QString stationTitle();
     QString stationDetail() const { return m_stationDetail; }
     QString veltorFormatDetail() const { return m_veltorFormatDetail; }
     QString veltorFormatAccessibilityLabel() const { return m_veltorFormatAccessibilityLabel; }

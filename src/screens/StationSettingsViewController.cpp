@@ -2,7 +2,6 @@
 
 #include "GpsSource.h"
 #include "PreferencesSystem.h"
-#include "SettingsViewController.h"
 #include "StationGridSender.h"
 
 #include <QStringList>
@@ -38,24 +37,8 @@ StationSettingsViewController::StationSettingsViewController(PreferencesSystem &
                               &m_preferences, changedElsewhere, m_preferences.notificationCenter());
 }
 
-QString StationSettingsViewController::title()
-{
-    //: Settings row and screen: where the GPS comes from and which radio programs get the grid
-    //% "Station"
-    return qtTrId("station.title");
-}
 
-QString StationSettingsViewController::backTitle()
-{
-    return SettingsViewController::backTitle();
-}
 
-QString StationSettingsViewController::gpsSourceTitle()
-{
-    //: Heading of the choice of GPS source
-    //% "GPS Source"
-    return qtTrId("station.gps-source");
-}
 
 QString StationSettingsViewController::systemSourceTitle()
 {
@@ -71,54 +54,12 @@ QString StationSettingsViewController::gpsdTitle()
     return qtTrId("station.gps-source.gpsd");
 }
 
-QString StationSettingsViewController::addressTitle()
-{
-    //: Label and placeholder of a network address field
-    //% "Host:Port"
-    return qtTrId("station.address");
-}
 
-QString StationSettingsViewController::wsjtxTitle()
-{
-    //: Switch: send the live 6-character locator to WSJT-X
-    //% "Send Grid to WSJT-X"
-    return qtTrId("station.wsjtx");
-}
 
-QString StationSettingsViewController::js8CallTitle()
-{
-    //: Switch: send the live 6-character locator to JS8Call
-    //% "Send Grid to JS8Call"
-    return qtTrId("station.js8call");
-}
 
-QString StationSettingsViewController::liveOnlyNote()
-{
-    //: Under the switches: when the grid is sent
-    //% "The grid is sent only while tracking live, each time it changes."
-    return qtTrId("station.live-only");
-}
 
-QString StationSettingsViewController::gpsdAddressAccessibilityLabel()
-{
-    //: Spoken name of the gpsd address field
-    //% "gpsd address"
-    return qtTrId("station.gpsd-address-spoken");
-}
 
-QString StationSettingsViewController::wsjtxAddressAccessibilityLabel()
-{
-    //: Spoken name of the WSJT-X address field
-    //% "WSJT-X address"
-    return qtTrId("station.wsjtx-address-spoken");
-}
 
-QString StationSettingsViewController::js8CallAddressAccessibilityLabel()
-{
-    //: Spoken name of the JS8Call address field
-    //% "JS8Call address"
-    return qtTrId("station.js8call-address-spoken");
-}
 
 QString StationSettingsViewController::summary(const PreferencesSystem &preferences)
 {

@@ -17,30 +17,17 @@ class StationSettingsViewController : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QString title READ title CONSTANT)
-    Q_PROPERTY(QString backTitle READ backTitle CONSTANT)
-    Q_PROPERTY(QString gpsSourceTitle READ gpsSourceTitle CONSTANT)
-    Q_PROPERTY(QString systemSourceTitle READ systemSourceTitle CONSTANT)
-    Q_PROPERTY(QString gpsdTitle READ gpsdTitle CONSTANT)
-    Q_PROPERTY(QString addressTitle READ addressTitle CONSTANT)
-    Q_PROPERTY(QString wsjtxTitle READ wsjtxTitle CONSTANT)
-    Q_PROPERTY(QString js8CallTitle READ js8CallTitle CONSTANT)
-    Q_PROPERTY(QString liveOnlyNote READ liveOnlyNote CONSTANT)
     Q_PROPERTY(bool usesGpsd READ usesGpsd NOTIFY changed)
     Q_PROPERTY(QString gpsdAddress READ gpsdAddress NOTIFY changed)
     Q_PROPERTY(QString gpsdAddressError READ gpsdAddressError NOTIFY changed)
-    Q_PROPERTY(QString gpsdAddressAccessibilityLabel READ gpsdAddressAccessibilityLabel CONSTANT)
     // How long tracking waits for a fix: FixWait's cases in order.
     Q_PROPERTY(int fixWait READ fixWait NOTIFY changed)
     Q_PROPERTY(bool sendToWsjtx READ sendToWsjtx NOTIFY changed)
     Q_PROPERTY(QString wsjtxAddress READ wsjtxAddress NOTIFY changed)
     Q_PROPERTY(QString wsjtxAddressError READ wsjtxAddressError NOTIFY changed)
-    Q_PROPERTY(QString wsjtxAddressAccessibilityLabel READ wsjtxAddressAccessibilityLabel CONSTANT)
     Q_PROPERTY(bool sendToJs8Call READ sendToJs8Call NOTIFY changed)
     Q_PROPERTY(QString js8CallAddress READ js8CallAddress NOTIFY changed)
     Q_PROPERTY(QString js8CallAddressError READ js8CallAddressError NOTIFY changed)
-    Q_PROPERTY(
-        QString js8CallAddressAccessibilityLabel READ js8CallAddressAccessibilityLabel CONSTANT)
 
 public:
     // Over the app's shared preferences.
@@ -48,18 +35,8 @@ public:
     explicit StationSettingsViewController(PreferencesSystem &preferences,
                                            QObject *parent = nullptr);
 
-    static QString title();
-    static QString backTitle();
-    static QString gpsSourceTitle();
     static QString systemSourceTitle();
     static QString gpsdTitle();
-    static QString addressTitle();
-    static QString wsjtxTitle();
-    static QString js8CallTitle();
-    static QString liveOnlyNote();
-    static QString gpsdAddressAccessibilityLabel();
-    static QString wsjtxAddressAccessibilityLabel();
-    static QString js8CallAddressAccessibilityLabel();
     // The settings row's detail: the GPS source and the programs that get the grid.
     static QString summary(const PreferencesSystem &preferences);
 

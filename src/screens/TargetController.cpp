@@ -54,26 +54,8 @@ double TargetController::targetLongitude() const
     return m_targets.target().value_or(Coordinate{}).longitude;
 }
 
-QString TargetController::setTargetTitle()
-{
-    //: Share sheet action: the current point becomes the target for distance and bearing
-    //% "Set as Target"
-    return qtTrId("target.set");
-}
 
-QString TargetController::clearTitle()
-{
-    //: Button that removes the target
-    //% "Clear Target"
-    return qtTrId("target.clear");
-}
 
-QString TargetController::typeTargetTitle()
-{
-    //: Share sheet action: opens the locator keypad to type the target
-    //% "Type Target Locator"
-    return qtTrId("target.type");
-}
 
 void TargetController::setCurrentPointAsTarget()
 {

@@ -23,9 +23,6 @@ class TargetController : public QObject
     Q_PROPERTY(bool shown READ shown NOTIFY changed)
     Q_PROPERTY(QString text READ text NOTIFY changed)
     Q_PROPERTY(QString accessibilityLabel READ accessibilityLabel NOTIFY changed)
-    Q_PROPERTY(QString setTargetTitle READ setTargetTitle CONSTANT)
-    Q_PROPERTY(QString clearTitle READ clearTitle CONSTANT)
-    Q_PROPERTY(QString typeTargetTitle READ typeTargetTitle CONSTANT)
     // Both ends of the way, for the line drawn on the map.
     Q_PROPERTY(double pointLatitude READ pointLatitude NOTIFY changed)
     Q_PROPERTY(double pointLongitude READ pointLongitude NOTIFY changed)
@@ -45,9 +42,6 @@ public:
     double pointLongitude() const;
     double targetLatitude() const;
     double targetLongitude() const;
-    static QString setTargetTitle();
-    static QString clearTitle();
-    static QString typeTargetTitle();
 
     Q_INVOKABLE void setCurrentPointAsTarget();
     Q_INVOKABLE void clearTarget();
