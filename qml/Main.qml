@@ -6,7 +6,6 @@ import Veltor
 ApplicationWindow {
     id: window
 
-    required property int appearanceOverride
     required property bool tablet
     required property string initialScreen
     required property real initialZoomLevel
@@ -21,7 +20,7 @@ ApplicationWindow {
     Binding {
         target: Theme
         property: "appearance"
-        value: rootScreen.appearance
+        value: PreferencesSystem.appearance
     }
 
     StackView {
@@ -32,7 +31,6 @@ ApplicationWindow {
     RootScreen {
         id: rootScreen
         initialScreen: window.initialScreen
-        appearanceOverride: window.appearanceOverride
         tablet: window.tablet
         initialZoomLevel: window.initialZoomLevel
     }

@@ -9,9 +9,7 @@ Page {
     id: screen
 
     property string initialScreen
-    property int appearanceOverride: -1
     property bool tablet
-    readonly property int appearance: controller.appearance
     property real initialZoomLevel: 11
     //: The app's name, in the window title
     //% "Veltor"
@@ -22,7 +20,6 @@ Page {
     RootViewController {
         id: controller
         initialScreen: screen.initialScreen
-        appearanceOverride: screen.appearanceOverride
         tablet: screen.tablet
     }
     RootCoordinatePanelController {

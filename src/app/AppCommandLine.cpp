@@ -1,7 +1,6 @@
 #include "AppCommandLine.h"
 
 #include "LocationTrackingSystem.h"
-#include "MapPanelController.h"
 #include "OnlineTileSource.h"
 #include "RootViewController.h"
 #include "VeltorVersion.h"
@@ -160,7 +159,7 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
         result.gpsSource = source;
     }
     if (parser.isSet(appearanceOption)) {
-        const auto appearance = Theme::appearanceFromName(parser.value(appearanceOption));
+        const auto appearance = appearanceFromName(parser.value(appearanceOption));
         if (!appearance) {
             return usageError(QStringLiteral("--appearance %1: give day, night or red")
                                   .arg(parser.value(appearanceOption)),

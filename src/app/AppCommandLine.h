@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Appearance.h"
 #include "DeviceIdiom.h"
-#include "MapPanelController.h"
-#include "Theme.h"
+#include "MapView.h"
 
 #include <QSize>
 #include <QString>
@@ -33,7 +33,7 @@ struct AppCommandLine
     bool fullScreen = false;
     // Quit at the first complete frame: how start-up is measured.
     bool exitWhenReady = false;
-    double zoomLevel = MapPanelController::defaultZoomLevel;
+    double zoomLevel = MapView::defaultZoomLevel;
     std::optional<QSize> windowSize;
     // An empty template switches back to the offline basemap.
     // Empty for the offline basemap.
@@ -41,7 +41,7 @@ struct AppCommandLine
     std::optional<QString> mbtilesPath;
     std::optional<QString> tileAttribution;
     // Unset: the user's own setting.
-    std::optional<Theme::Appearance> appearance;
+    std::optional<Appearance> appearance;
     QString initialScreen;
     // Unset: decided from the screen.
     std::optional<DeviceIdiom> idiom;

@@ -1,9 +1,11 @@
 #include "AppWindow.h"
 
+#include "ApplicationStateSystem.h"
 #include "GlyphImageProvider.h"
 #include "LocationTrackingSystem.h"
-#include "MapPanelController.h"
 #include "MapSource.h"
+#include "PreferencesSystem.h"
+#include "TargetSystem.h"
 #include "UserDefaults.h"
 #include "WindowPlacement.h"
 
@@ -36,11 +38,15 @@ AppWindow::~AppWindow() = default;
 
 int AppWindow::start(const AppCommandLine &commandLine)
 {
+    // The shared systems come into being here, in this order, before any screen touches them:
+    // the store the command line names, the settings over it, the point, the target, tracking
+    // with the command line's GPS source; then what listens to them.
     if (commandLine.settingsFile)
         UserDefaults::setStandardFileName(*commandLine.settingsFile);
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
+    PreferencesSystem &preferences = PreferencesSystem::sharedSystem();
     if (commandLine.tileTemplate || commandLine.mbtilesPath || commandLine.tileAttribution) {
-        MapSource source = MapSource::read(defaults);
+        MapSource source = preferences.mapSource();
         if (commandLine.mbtilesPath) {
             source.kind = MapSource::Kind::Mbtiles;
             source.path = *commandLine.mbtilesPath;
@@ -52,10 +58,15 @@ int AppWindow::start(const AppCommandLine &commandLine)
         }
         if (commandLine.tileAttribution)
             source.attribution = *commandLine.tileAttribution;
-        source.write(defaults);
+        preferences.setMapSource(source);
     }
+    if (commandLine.appearance)
+        preferences.holdAppearanceForThisRun(*commandLine.appearance);
+    ApplicationStateSystem::sharedSystem();
+    TargetSystem::sharedSystem();
     if (commandLine.gpsSource)
         LocationTrackingSystem::setSharedSource(*commandLine.gpsSource);
+    LocationTrackingSystem::sharedSystem();
 
     m_crossingAlert = std::make_unique<GridCrossingAlert>();
     m_gridPublisher = std::make_unique<StationGridPublisher>();
@@ -69,8 +80,6 @@ int AppWindow::start(const AppCommandLine &commandLine)
         screen ? deviceIdiomForScreen(screen->size()) : DeviceIdiom::Phone);
     QVariantMap initialProperties{
         {QStringLiteral("tablet"), idiom == DeviceIdiom::Tablet},
-        {QStringLiteral("appearanceOverride"),
-         commandLine.appearance ? int(*commandLine.appearance) : -1},
         {QStringLiteral("initialScreen"), commandLine.initialScreen},
         {QStringLiteral("initialZoomLevel"), commandLine.zoomLevel},
     };

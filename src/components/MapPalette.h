@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Appearance.h"
+
 #include <QColor>
 
 // Every colour the map draws with, one set per appearance. Day is the map's own colours; night
@@ -21,8 +23,7 @@ struct MapPalette
     static const MapPalette &day();
     static const MapPalette &night();
     static const MapPalette &red();
-    // 0 day, 1 night, 2 red (as the Theme numbers them); anything else is day.
-    static const MapPalette &forAppearance(int appearance);
+    static const MapPalette &forAppearance(Appearance appearance);
 
     bool operator==(const MapPalette &) const = default;
 };

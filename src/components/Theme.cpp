@@ -13,7 +13,7 @@ struct Palette
         mapControlText;
 };
 
-const Palette &paletteFor(Theme::Appearance appearance)
+const Palette &paletteFor(Appearance appearance)
 {
     static const std::array<Palette, 3> palettes{{
         // Day: white keys with blue text on light surfaces.
@@ -51,17 +51,6 @@ QColor veltorTextColor()
 
 Theme::Theme(QObject *parent) : QObject(parent) {}
 
-std::optional<Theme::Appearance> Theme::appearanceFromName(const QString &name)
-{
-    if (name == QLatin1String("day"))
-        return Day;
-    if (name == QLatin1String("night"))
-        return Night;
-    if (name == QLatin1String("red"))
-        return Red;
-    return std::nullopt;
-}
-
 void Theme::setAppearance(Appearance appearance)
 {
     if (appearance == m_appearance)
@@ -70,21 +59,63 @@ void Theme::setAppearance(Appearance appearance)
     emit appearanceChanged();
 }
 
-QColor Theme::windowColor() const { return paletteFor(m_appearance).window; }
-QColor Theme::surfaceColor() const { return paletteFor(m_appearance).surface; }
-QColor Theme::textColor() const { return paletteFor(m_appearance).text; }
-QColor Theme::captionColor() const { return paletteFor(m_appearance).caption; }
-QColor Theme::tintColor() const { return paletteFor(m_appearance).tint; }
-QColor Theme::keyFaceColor() const { return paletteFor(m_appearance).keyFace; }
-QColor Theme::dividerColor() const { return paletteFor(m_appearance).divider; }
-QColor Theme::warningColor() const { return paletteFor(m_appearance).warning; }
-QColor Theme::scrimColor() const { return paletteFor(m_appearance).scrim; }
-QColor Theme::mapControlColor() const { return paletteFor(m_appearance).mapControl; }
-QColor Theme::mapControlTextColor() const { return paletteFor(m_appearance).mapControlText; }
+QColor Theme::windowColor() const
+{
+    return paletteFor(m_appearance).window;
+}
+QColor Theme::surfaceColor() const
+{
+    return paletteFor(m_appearance).surface;
+}
+QColor Theme::textColor() const
+{
+    return paletteFor(m_appearance).text;
+}
+QColor Theme::captionColor() const
+{
+    return paletteFor(m_appearance).caption;
+}
+QColor Theme::tintColor() const
+{
+    return paletteFor(m_appearance).tint;
+}
+QColor Theme::keyFaceColor() const
+{
+    return paletteFor(m_appearance).keyFace;
+}
+QColor Theme::dividerColor() const
+{
+    return paletteFor(m_appearance).divider;
+}
+QColor Theme::warningColor() const
+{
+    return paletteFor(m_appearance).warning;
+}
+QColor Theme::scrimColor() const
+{
+    return paletteFor(m_appearance).scrim;
+}
+QColor Theme::mapControlColor() const
+{
+    return paletteFor(m_appearance).mapControl;
+}
+QColor Theme::mapControlTextColor() const
+{
+    return paletteFor(m_appearance).mapControlText;
+}
 
-QFont Theme::titleFont() { return systemFont(34.0, QFont::Light); }
-QFont Theme::body1Font() { return systemFont(17.0); }
-QFont Theme::body2Font() { return systemFont(17.0, QFont::Bold); }
+QFont Theme::titleFont()
+{
+    return systemFont(34.0, QFont::Light);
+}
+QFont Theme::body1Font()
+{
+    return systemFont(17.0);
+}
+QFont Theme::body2Font()
+{
+    return systemFont(17.0, QFont::Bold);
+}
 
 QFont Theme::captionFont()
 {
@@ -93,16 +124,27 @@ QFont Theme::captionFont()
     return font;
 }
 
-QFont Theme::underlineButtonFont() { return systemFont(15.0); }
-QFont Theme::keyFont() { return systemFont(28.0, QFont::Light); }
-QFont Theme::keypadInputFont() { return systemFont(48.0, QFont::Thin); }
-QFont Theme::readoutFont() { return systemFont(22.0, QFont::Medium); }
+QFont Theme::underlineButtonFont()
+{
+    return systemFont(15.0);
+}
+QFont Theme::keyFont()
+{
+    return systemFont(28.0, QFont::Light);
+}
+QFont Theme::keypadInputFont()
+{
+    return systemFont(48.0, QFont::Thin);
+}
+QFont Theme::readoutFont()
+{
+    return systemFont(22.0, QFont::Medium);
+}
 
 qreal Theme::hairline(qreal devicePixelRatio)
 {
     return devicePixelRatio > 0.0 ? 1.0 / devicePixelRatio : 1.0;
 }
-
 
 QString Theme::keyAccessibilityLabel(const QString &title, const QString &accessibilityTitle)
 {
@@ -113,8 +155,9 @@ QUrl Theme::glyphSource(const QString &name, const QColor &colour)
 {
     if (name.isEmpty())
         return {};
-    return QUrl(QStringLiteral("image://%1/%2/%3")
-                    .arg(GlyphImageProvider::providerId, name, colour.name(QColor::HexArgb).mid(1)));
+    return QUrl(
+        QStringLiteral("image://%1/%2/%3")
+            .arg(GlyphImageProvider::providerId, name, colour.name(QColor::HexArgb).mid(1)));
 }
 
 QSizeF Theme::formSheetSize(const QSizeF &window)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Appearance.h"
+
 #include <QColor>
 #include <QFont>
 #include <QObject>
@@ -22,7 +24,8 @@ class Theme : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    Q_PROPERTY(Appearance appearance READ appearance WRITE setAppearance NOTIFY appearanceChanged)
+    Q_PROPERTY(Appearances::Appearance appearance READ appearance WRITE setAppearance NOTIFY
+                   appearanceChanged)
     Q_PROPERTY(QColor windowColor READ windowColor NOTIFY appearanceChanged)
     Q_PROPERTY(QColor surfaceColor READ surfaceColor NOTIFY appearanceChanged)
     Q_PROPERTY(QColor textColor READ textColor NOTIFY appearanceChanged)
@@ -51,18 +54,7 @@ class Theme : public QObject
     // What a button says before it is given a title of its own.
 
 public:
-    enum Appearance
-    {
-        Day,
-        Night,
-        Red
-    };
-    Q_ENUM(Appearance)
-
     explicit Theme(QObject *parent = nullptr);
-
-    // "day", "night" or "red"; anything else is no appearance.
-    static std::optional<Appearance> appearanceFromName(const QString &name);
 
     Appearance appearance() const { return m_appearance; }
     void setAppearance(Appearance appearance);
@@ -114,7 +106,10 @@ public:
     Q_INVOKABLE static QRectF actionSheetRect(const QSizeF &window, const QRectF &anchor,
                                               qreal contentHeight);
     // A drag that began at the left edge goes back once it has come this far right.
-    Q_INVOKABLE static bool isBackSwipe(qreal startX, qreal travelX) { return startX < 24.0 && travelX > 80.0; }
+    Q_INVOKABLE static bool isBackSwipe(qreal startX, qreal travelX)
+    {
+        return startX < 24.0 && travelX > 80.0;
+    }
     // Two panels side by side in a landscape window (GridLayout.LeftToRight), else stacked.
     Q_INVOKABLE static int panelFlow(qreal width, qreal height);
 
@@ -122,5 +117,5 @@ signals:
     void appearanceChanged();
 
 private:
-    Appearance m_appearance = Day;
+    Appearance m_appearance = Appearance::Day;
 };

@@ -10,9 +10,16 @@
 namespace {
 
 // Digits as on a calculator: 7 8 9 / 4 5 6 / 1 2 3 / 0, the fourth column left empty.
-constexpr std::array<std::pair<int, char>, 10> digitLayout{{
-    {0, '7'}, {1, '8'}, {2, '9'}, {4, '4'}, {5, '5'}, {6, '6'}, {8, '1'}, {9, '2'}, {10, '3'},
-    {12, '0'}}};
+constexpr std::array<std::pair<int, char>, 10> digitLayout{{{0, '7'},
+                                                            {1, '8'},
+                                                            {2, '9'},
+                                                            {4, '4'},
+                                                            {5, '5'},
+                                                            {6, '6'},
+                                                            {8, '1'},
+                                                            {9, '2'},
+                                                            {10, '3'},
+                                                            {12, '0'}}};
 
 QStringList keySetForLength(qsizetype length)
 {
@@ -35,22 +42,23 @@ QStringList keySetForLength(qsizetype length)
 } // namespace
 
 VeltorKeypadViewController::VeltorKeypadViewController(QObject *parent)
-    : VeltorKeypadViewController(ApplicationStateSystem::sharedSystem(),
-                                 PreferencesSystem::sharedSystem(),
-                                 LocationTrackingSystem::sharedSystem(), parent)
+    : VeltorKeypadViewController(
+          ApplicationStateSystem::sharedSystem(), PreferencesSystem::sharedSystem(),
+          LocationTrackingSystem::sharedSystem(), TargetSystem::sharedSystem(), parent)
 {
 }
 
 VeltorKeypadViewController::VeltorKeypadViewController(ApplicationStateSystem &state,
                                                        PreferencesSystem &preferences,
                                                        LocationTrackingSystem &tracking,
-                                                       QObject *parent)
-    : QObject(parent), m_state(state), m_preferences(preferences), m_tracking(tracking)
+                                                       TargetSystem &targets, QObject *parent)
+    : QObject(parent), m_state(state), m_preferences(preferences), m_tracking(tracking),
+      m_targets(targets)
 {
     for (int i = 0; i < characterKeyCount; ++i) {
-        m_keys.append(new KeypadKey(i / columns, i % columns,
-                                    [this](const QString &title) { characterButtonTapped(title); },
-                                    this));
+        m_keys.append(new KeypadKey(
+            i / columns, i % columns,
+            [this](const QString &title) { characterButtonTapped(title); }, this));
     }
     refreshOutputLabel();
     refreshKeys();
@@ -93,8 +101,6 @@ QList<bool> VeltorKeypadViewController::keysEnabled() const
     return enabled;
 }
 
-
-
 void VeltorKeypadViewController::refreshOutputLabel()
 {
     if (m_workingString) {
@@ -103,7 +109,7 @@ void VeltorKeypadViewController::refreshOutputLabel()
     } else if (m_targetMode) {
         // Until the first key, the label shows the target there is, if any.
         m_veltorFormatter.setFormat(m_preferences.veltorFormat());
-        const std::optional<Coordinate> target = TargetSystem::sharedSystem().target();
+        const std::optional<Coordinate> target = m_targets.target();
         m_outputText = target ? m_veltorFormatter.stringFromCoordinate(*target) : QString();
         m_outputAccessibilityLabel = target ? spelledOut(m_outputText) : QString();
     } else {
@@ -153,8 +159,7 @@ void VeltorKeypadViewController::doneButtonTapped()
 {
     if (m_targetMode) {
         if (m_workingString && !m_workingString->isEmpty())
-            TargetSystem::sharedSystem().setTarget(
-                m_veltorFormatter.coordinateFromString(*m_workingString));
+            m_targets.setTarget(m_veltorFormatter.coordinateFromString(*m_workingString));
     } else if (m_workingString) {
         // A typed point always ends live tracking, before it is written.
         if (m_tracking.tracking())

@@ -5,9 +5,9 @@
 
 #include <QList>
 #include <QObject>
+#include <QQmlListProperty>
 #include <QString>
 #include <QStringList>
-#include <QQmlListProperty>
 #include <QtQml/qqmlregistration.h>
 
 #include <optional>
@@ -15,6 +15,7 @@
 class ApplicationStateSystem;
 class LocationTrackingSystem;
 class PreferencesSystem;
+class TargetSystem;
 
 // The locator keypad: a grid of character keys whose labels follow the position being typed
 // (field letters, square digits, subsquare letters, extended-square digits), so only a valid
@@ -38,7 +39,8 @@ public:
     // Over the app's shared systems.
     explicit VeltorKeypadViewController(QObject *parent = nullptr);
     VeltorKeypadViewController(ApplicationStateSystem &state, PreferencesSystem &preferences,
-                               LocationTrackingSystem &tracking, QObject *parent = nullptr);
+                               LocationTrackingSystem &tracking, TargetSystem &targets,
+                               QObject *parent = nullptr);
 
     QString title() const;
     bool targetMode() const { return m_targetMode; }
@@ -74,6 +76,7 @@ private:
     ApplicationStateSystem &m_state;
     PreferencesSystem &m_preferences;
     LocationTrackingSystem &m_tracking;
+    TargetSystem &m_targets;
     bool m_targetMode = false;
     VeltorFormatter m_veltorFormatter;
     std::optional<QString> m_workingString;

@@ -1,16 +1,26 @@
 #pragma once
 
+#include <QObject>
 #include <QString>
 #include <QStringView>
 
 #include <optional>
 
+namespace CoordinateFormats {
+Q_NAMESPACE
+
 // Degree notation of latitude and longitude read-outs.
-enum class CoordinateFormat {
+enum class CoordinateFormat
+{
     DegreesMinutesSeconds,
     DegreesDecimalMinutes,
     DecimalDegrees,
 };
+Q_ENUM_NS(CoordinateFormat)
+
+} // namespace CoordinateFormats
+
+using CoordinateFormat = CoordinateFormats::CoordinateFormat;
 
 QStringView rawValue(CoordinateFormat format);
 std::optional<CoordinateFormat> coordinateFormatFromRawValue(QStringView raw);

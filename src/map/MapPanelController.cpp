@@ -8,7 +8,6 @@
 #include "OnlineTileSource.h"
 #include "PlaceIndex.h"
 #include "PreferencesSystem.h"
-#include "UserDefaults.h"
 
 #include "CoordinateFormatter.h"
 #include "VeltorFormatter.h"
@@ -23,17 +22,15 @@
 
 MapPanelController::MapPanelController(QObject *parent)
     : MapPanelController(ApplicationStateSystem::sharedSystem(), PreferencesSystem::sharedSystem(),
-                         LocationTrackingSystem::sharedSystem(),
-                         UserDefaults::standardUserDefaults(), parent)
+                         LocationTrackingSystem::sharedSystem(), parent)
 {
 }
 
 MapPanelController::MapPanelController(ApplicationStateSystem &state,
                                        PreferencesSystem &preferences,
-                                       LocationTrackingSystem &tracking, UserDefaults &defaults,
-                                       QObject *parent)
+                                       LocationTrackingSystem &tracking, QObject *parent)
     : QObject(parent), m_state(state), m_preferences(preferences), m_tracking(tracking),
-      m_defaults(defaults), m_gridRenderer(std::make_unique<VeltorGridOverlayRenderer>(false))
+      m_gridRenderer(std::make_unique<VeltorGridOverlayRenderer>(false))
 {
     // The map shows no more than ±85°: pin and centre stay where the projection draws them.
     m_limiter.setMinimumLatitude(-85.0);
@@ -54,7 +51,7 @@ MapPanelController::MapPanelController(ApplicationStateSystem &state,
     m_observers.emplace_back(QString(PreferencesSystemShowGridDidChangeNotification),
                              &m_preferences, regrid, m_preferences.notificationCenter());
     m_observers.emplace_back(
-        QString(MapSourceDidChangeNotification), &m_preferences,
+        QString(PreferencesSystemMapSourceDidChangeNotification), &m_preferences,
         [this](const QString &, const QObject *) { useMapSource(); },
         m_preferences.notificationCenter());
 }
@@ -84,7 +81,7 @@ void MapPanelController::setTablet(bool tablet)
     emit tabletChanged();
 }
 
-void MapPanelController::setAppearance(int appearance)
+void MapPanelController::setAppearance(Appearance appearance)
 {
     if (appearance == m_appearance)
         return;
@@ -288,7 +285,7 @@ void MapPanelController::useMapSource()
 {
     if (!m_map)
         return;
-    const MapSource source = MapSource::read(m_defaults);
+    const MapSource source = m_preferences.mapSource();
     const MapPalette palette = MapPalette::forAppearance(m_appearance);
     if (source.kind == MapSource::Kind::Mbtiles) {
         QString error;
@@ -325,8 +322,6 @@ void MapPanelController::useMapSource()
     m_map->setBaseTileSource(nullptr, {}, PlaceIndex::attribution());
     m_drawsOwnBasemap = true;
 }
-
-
 
 bool MapPanelController::tracking() const
 {
@@ -375,13 +370,6 @@ QString MapPanelController::trackingButtonImage() const
                                  : QStringLiteral("ToolbarIconTrack");
 }
 
-
-
-
-
-
-
-
 void MapPanelController::toggleTracking()
 {
     if (m_tracking.tracking())
@@ -389,4 +377,3 @@ void MapPanelController::toggleTracking()
     else
         m_tracking.beginTracking();
 }
-

@@ -8,8 +8,8 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QUrl>
 #include <QQmlParserStatus>
+#include <QUrl>
 #include <QtQml/qqmlregistration.h>
 
 #include <memory>
@@ -18,7 +18,6 @@
 class ApplicationStateSystem;
 class LocationTrackingSystem;
 class PreferencesSystem;
-class UserDefaults;
 
 // The map panel: the map centred on the current point with a pin (the user's location dot while
 // the point is live), the grid as the preferences say, a long press that picks a new point, the
@@ -34,34 +33,33 @@ class MapPanelController : public QObject, public QQmlParserStatus
                    initialZoomLevelChanged)
     // Grid labels are 15 points on a tablet and 20 on a phone.
     Q_PROPERTY(bool tablet READ isTablet WRITE setTablet NOTIFY tabletChanged)
-    // The screens' appearance (0 day, 1 night, 2 red): the map draws in its palette.
-    Q_PROPERTY(int appearance READ appearance WRITE setAppearance NOTIFY appearanceChanged)
+    // The screens' appearance: the map draws in its palette.
+    Q_PROPERTY(Appearances::Appearance appearance READ appearance WRITE setAppearance NOTIFY
+                   appearanceChanged)
     Q_PROPERTY(bool tracking READ tracking NOTIFY trackingChanged)
     Q_PROPERTY(QString trackingButtonTitle READ trackingButtonTitle NOTIFY trackingChanged)
-    Q_PROPERTY(QString trackingButtonAccessibilityTitle READ trackingButtonAccessibilityTitle
-                   NOTIFY trackingChanged)
-    Q_PROPERTY(QString trackingButtonAccessibilityHint READ trackingButtonAccessibilityHint
-                   NOTIFY trackingChanged)
+    Q_PROPERTY(QString trackingButtonAccessibilityTitle READ trackingButtonAccessibilityTitle NOTIFY
+                   trackingChanged)
+    Q_PROPERTY(QString trackingButtonAccessibilityHint READ trackingButtonAccessibilityHint NOTIFY
+                   trackingChanged)
     // "ToolbarIconTrack" or "ToolbarIconTracking", a glyph tinted like the button's text.
     Q_PROPERTY(QString trackingButtonImage READ trackingButtonImage NOTIFY trackingChanged)
 
 public:
     // Settings of the online map: the tile server's URL template and the credit it asks for.
-    static constexpr double defaultZoomLevel = 11.0;
 
     // Over the app's shared systems.
     explicit MapPanelController(QObject *parent = nullptr);
     MapPanelController(ApplicationStateSystem &state, PreferencesSystem &preferences,
-                       LocationTrackingSystem &tracking, UserDefaults &defaults,
-                       QObject *parent = nullptr);
+                       LocationTrackingSystem &tracking, QObject *parent = nullptr);
     ~MapPanelController() override;
 
     MapView *map() const { return m_map; }
     void setMap(MapView *map);
     bool isTablet() const { return m_tablet; }
     void setTablet(bool tablet);
-    int appearance() const { return m_appearance; }
-    void setAppearance(int appearance);
+    Appearance appearance() const { return m_appearance; }
+    void setAppearance(Appearance appearance);
     double initialZoomLevel() const { return m_initialZoomLevel; }
     void setInitialZoomLevel(double level);
 
@@ -102,7 +100,6 @@ public:
     // The renderer of the map's one overlay, the grid; any other overlay is a fault.
     OverlayRenderer *rendererForOverlay(const VeltorGridOverlay *overlay);
 
-
 signals:
     void mapChanged();
     void initialZoomLevelChanged();
@@ -130,14 +127,13 @@ private:
     ApplicationStateSystem &m_state;
     PreferencesSystem &m_preferences;
     LocationTrackingSystem &m_tracking;
-    UserDefaults &m_defaults;
     QPointer<MapView> m_map;
-    double m_initialZoomLevel = defaultZoomLevel;
+    double m_initialZoomLevel = MapView::defaultZoomLevel;
     bool m_complete = false;
     LimitedCoordinateRangeTransformer m_limiter;
     VeltorGridOverlay m_gridOverlay;
     bool m_tablet = false;
-    int m_appearance = 0;
+    Appearance m_appearance = Appearance::Day;
     std::unique_ptr<VeltorGridOverlayRenderer> m_gridRenderer;
     std::unique_ptr<MapPointAnnotation> m_pin;
     bool m_animateMapScroll = false;

@@ -54,7 +54,7 @@ KeepAreaController::KeepAreaController(ApplicationStateSystem &state,
 {
     connect(m_downloader.get(), &TileAreaDownloader::progress, this, &KeepAreaController::changed);
     connect(m_downloader.get(), &TileAreaDownloader::finished, this, &KeepAreaController::finished);
-    if (const auto limits = MapSource::read(m_preferences.defaults()).downloadLimits())
+    if (const auto limits = m_preferences.mapSource().downloadLimits())
         m_maxZoom = std::min(m_maxZoom, limits->maxZoomLevel);
 }
 
@@ -78,8 +78,6 @@ void KeepAreaController::setMap(MapView *map)
     }
     emit changed();
 }
-
-
 
 QString KeepAreaController::nearAreaTitle()
 {
@@ -119,10 +117,6 @@ QString KeepAreaController::toTitle()
     return qtTrId("keep-area.to");
 }
 
-
-
-
-
 void KeepAreaController::setArea(int area)
 {
     if (area == m_area || area < VisibleArea || area > WideArea)
@@ -141,7 +135,7 @@ QString KeepAreaController::zoomText() const
 TileAreaDownloader::Policy KeepAreaController::policy() const
 {
     TileAreaDownloader::Policy result;
-    if (const auto limits = MapSource::read(m_preferences.defaults()).downloadLimits()) {
+    if (const auto limits = m_preferences.mapSource().downloadLimits()) {
         result.maxZoomLevel = limits->maxZoomLevel;
         result.maxTiles = limits->maxTiles;
     }
@@ -150,7 +144,7 @@ TileAreaDownloader::Policy KeepAreaController::policy() const
 
 TileAreaDownloader::Job KeepAreaController::job() const
 {
-    const MapSource source = MapSource::read(m_preferences.defaults());
+    const MapSource source = m_preferences.mapSource();
     TileAreaDownloader::Job job;
     job.urlTemplate = source.tileTemplate();
     job.attribution = source.credit();
@@ -172,7 +166,7 @@ TileAreaDownloader::Job KeepAreaController::job() const
 
 QString KeepAreaController::planText() const
 {
-    if (!MapSource::read(m_preferences.defaults()).isOnline())
+    if (!m_preferences.mapSource().isOnline())
         return {};
     const TileAreaDownloader::Plan plan = TileAreaDownloader::plan(job(), policy());
     const QLocale locale;
@@ -185,7 +179,7 @@ QString KeepAreaController::planText() const
 
 QString KeepAreaController::policyText() const
 {
-    const MapSource source = MapSource::read(m_preferences.defaults());
+    const MapSource source = m_preferences.mapSource();
     if (!source.isOnline()) {
         //: On the keep-area screen when the map is not drawn from the network
         //% "Choose OpenStreetMap, OpenTopoMap or your own tile server under Settings › Map source "
@@ -208,7 +202,7 @@ QString KeepAreaController::policyText() const
 
 bool KeepAreaController::canStart() const
 {
-    if (running() || !MapSource::read(m_preferences.defaults()).isOnline())
+    if (running() || !m_preferences.mapSource().isOnline())
         return false;
     const TileAreaDownloader::Plan plan = TileAreaDownloader::plan(job(), policy());
     return plan.allowed() && plan.totalTiles > 0;
@@ -315,14 +309,11 @@ void KeepAreaController::finished(bool ok, const QString &message)
 {
     m_message = message;
     if (ok) {
-        UserDefaults &defaults = m_preferences.defaults();
-        defaults.setObject(QString(), QString(unfinishedKey));
-        MapSource source = MapSource::read(defaults);
+        m_preferences.defaults().setObject(QString(), QString(unfinishedKey));
+        MapSource source = m_preferences.mapSource();
         source.kind = MapSource::Kind::Mbtiles;
         source.path = m_downloader->outputPath();
-        source.write(defaults);
-        m_preferences.notificationCenter().postNotificationName(MapSourceDidChangeNotification,
-                                                                &m_preferences);
+        m_preferences.setMapSource(source);
         //: After a finished download, which the map then shows
         //% "%1 The map now shows the kept area, with the basemap around it; Settings › Map source "
         //% "goes back to the online map."

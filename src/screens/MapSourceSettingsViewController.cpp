@@ -24,9 +24,9 @@ MapSourceSettingsViewController::MapSourceSettingsViewController(QObject *parent
 
 MapSourceSettingsViewController::MapSourceSettingsViewController(PreferencesSystem &preferences,
                                                                  QObject *parent)
-    : FormatPickerViewController(preferences, int(order.size()), MapSourceDidChangeNotification,
-                                 parent),
-      m_source(MapSource::read(preferences.defaults()))
+    : FormatPickerViewController(preferences, int(order.size()),
+                                 PreferencesSystemMapSourceDidChangeNotification, parent),
+      m_source(preferences.mapSource())
 {
     reload();
 }
@@ -45,12 +45,9 @@ QString MapSourceSettingsViewController::summary(const MapSource &source)
     return MapSource::name(source.kind);
 }
 
-
-
-
 QString MapSourceSettingsViewController::note() const
 {
-    const MapSource current = MapSource::read(m_preferences.defaults());
+    const MapSource current = m_preferences.mapSource();
     switch (current.kind) {
     case MapSource::Kind::Offline:
         //: Under the map sources when the built-in map is chosen
@@ -76,22 +73,20 @@ QString MapSourceSettingsViewController::note() const
 
 void MapSourceSettingsViewController::fill(int row, FormatChoice &choice) const
 {
-    const MapSource current = MapSource::read(m_preferences.defaults());
+    const MapSource current = m_preferences.mapSource();
     choice.set(MapSource::name(order[row]), QString(), current.kind == order[row]);
 }
 
 void MapSourceSettingsViewController::store(const MapSource &source)
 {
     m_source = source;
-    m_source.write(m_preferences.defaults());
-    m_preferences.notificationCenter().postNotificationName(MapSourceDidChangeNotification,
-                                                            &m_preferences);
+    m_preferences.setMapSource(m_source);
     emit fieldsChanged();
 }
 
 void MapSourceSettingsViewController::write(int row)
 {
-    MapSource chosen = MapSource::read(m_preferences.defaults());
+    MapSource chosen = m_preferences.mapSource();
     chosen.kind = order[row];
     if (chosen.kind == MapSource::Kind::Mbtiles && m_source.path.isEmpty()) {
         //: Under the MBTiles path field when that source is tapped before a file is given
@@ -124,7 +119,7 @@ void MapSourceSettingsViewController::setMbtilesPath(const QString &path)
         return;
     }
     m_mbtilesError.clear();
-    MapSource chosen = MapSource::read(m_preferences.defaults());
+    MapSource chosen = m_preferences.mapSource();
     chosen.kind = MapSource::Kind::Mbtiles;
     chosen.path = trimmed;
     store(chosen);
@@ -143,7 +138,7 @@ void MapSourceSettingsViewController::setCustomTemplate(const QString &urlTempla
         return;
     }
     m_templateError.clear();
-    MapSource chosen = MapSource::read(m_preferences.defaults());
+    MapSource chosen = m_preferences.mapSource();
     chosen.kind = MapSource::Kind::Custom;
     chosen.urlTemplate = trimmed;
     store(chosen);
@@ -151,7 +146,7 @@ void MapSourceSettingsViewController::setCustomTemplate(const QString &urlTempla
 
 void MapSourceSettingsViewController::setCustomAttribution(const QString &attribution)
 {
-    MapSource chosen = MapSource::read(m_preferences.defaults());
+    MapSource chosen = m_preferences.mapSource();
     if (attribution.trimmed() == chosen.attribution)
         return;
     chosen.attribution = attribution.trimmed();

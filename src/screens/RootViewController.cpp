@@ -1,7 +1,6 @@
 #include "RootViewController.h"
 
 #include "LocationTrackingSystem.h"
-#include "PreferencesSystem.h"
 #include "Theme.h"
 #include "UserDefaults.h"
 
@@ -20,23 +19,15 @@ const QString settings = QStringLiteral("settings");
 } // namespace
 
 RootViewController::RootViewController(QObject *parent)
-    : RootViewController(LocationTrackingSystem::sharedSystem(), PreferencesSystem::sharedSystem(),
+    : RootViewController(LocationTrackingSystem::sharedSystem(),
                          UserDefaults::standardUserDefaults(), parent)
 {
 }
 
-RootViewController::RootViewController(LocationTrackingSystem &tracking,
-                                       PreferencesSystem &preferences, UserDefaults &defaults,
+RootViewController::RootViewController(LocationTrackingSystem &tracking, UserDefaults &defaults,
                                        QObject *parent)
-    : QObject(parent), m_preferences(preferences)
+    : QObject(parent)
 {
-    // The user's own choice wins over the command line's from then on.
-    m_appearanceObserver.emplace(QString(PreferencesSystemAppearanceDidChangeNotification),
-                                 &m_preferences, [this](auto &&...) {
-                                     m_appearanceOverride = -1;
-                                     emit appearanceChanged();
-                                 },
-                                 m_preferences.notificationCenter());
     connect(&tracking, &LocationTrackingSystem::alertRequested, this,
             &RootViewController::alertRequested);
     connect(&defaults, &UserDefaults::storeFailed, this, [this](const QString &message) {
@@ -50,24 +41,9 @@ QStringList RootViewController::screenNames()
     return {latitudeKeypad, longitudeKeypad, veltorKeypad, settings};
 }
 
-
 int RootViewController::fullScreenToggled(int visibility)
 {
     return visibility == QWindow::FullScreen ? QWindow::Windowed : QWindow::FullScreen;
-}
-
-
-int RootViewController::appearance() const
-{
-    return m_appearanceOverride >= 0 ? m_appearanceOverride : int(m_preferences.appearance());
-}
-
-void RootViewController::setAppearanceOverride(int appearance)
-{
-    if (appearance == m_appearanceOverride)
-        return;
-    m_appearanceOverride = appearance;
-    emit appearanceChanged();
 }
 
 void RootViewController::setTablet(bool tablet)

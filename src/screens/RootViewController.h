@@ -1,18 +1,13 @@
 #pragma once
 
-#include "NotificationObserver.h"
-
 #include <QObject>
-#include <QRectF>
 #include <QQmlParserStatus>
+#include <QRectF>
 #include <QString>
 #include <QStringList>
 #include <QtQml/qqmlregistration.h>
 
-#include <optional>
-
 class LocationTrackingSystem;
-class PreferencesSystem;
 class UserDefaults;
 
 // The root screen: the window's title, a banner when the settings cannot be saved, the
@@ -23,31 +18,22 @@ class RootViewController : public QObject, public QQmlParserStatus
     Q_OBJECT
     QML_ELEMENT
     Q_INTERFACES(QQmlParserStatus)
-    // The appearance to show (Theme's Day, Night or Red): the user's setting, unless the
-    // command line asked for another until the user chooses.
-    Q_PROPERTY(int appearance READ appearance NOTIFY appearanceChanged)
-    Q_PROPERTY(int appearanceOverride READ appearanceOverride WRITE setAppearanceOverride NOTIFY
-                   appearanceChanged)
     Q_PROPERTY(QString bannerMessage READ bannerMessage NOTIFY bannerMessageChanged)
     Q_PROPERTY(bool bannerVisible READ bannerVisible NOTIFY bannerMessageChanged)
     // A screen from screenNames(), opened once the root screen is complete; empty for none.
     // The device is a tablet (else a phone): how wide the layout counts in landscape.
     Q_PROPERTY(bool tablet READ isTablet WRITE setTablet NOTIFY tabletChanged)
-    Q_PROPERTY(QString initialScreen READ initialScreen WRITE setInitialScreen NOTIFY
-                   initialScreenChanged)
+    Q_PROPERTY(
+        QString initialScreen READ initialScreen WRITE setInitialScreen NOTIFY initialScreenChanged)
 
 public:
     explicit RootViewController(QObject *parent = nullptr);
-    RootViewController(LocationTrackingSystem &tracking, PreferencesSystem &preferences,
-                       UserDefaults &defaults, QObject *parent = nullptr);
+    RootViewController(LocationTrackingSystem &tracking, UserDefaults &defaults,
+                       QObject *parent = nullptr);
 
     // The screens that can be opened by name, as the app's --open takes them.
     static QStringList screenNames();
 
-    int appearance() const;
-    int appearanceOverride() const { return m_appearanceOverride; }
-    // -1 for none.
-    void setAppearanceOverride(int appearance);
     QString bannerMessage() const { return m_bannerMessage; }
     bool bannerVisible() const { return !m_bannerMessage.isEmpty(); }
     bool isTablet() const { return m_tablet; }
@@ -80,7 +66,6 @@ public:
 signals:
     void bannerMessageChanged();
     void initialScreenChanged();
-    void appearanceChanged();
     void tabletChanged();
     void settingsRequested();
     void latitudeKeypadRequested();
@@ -90,9 +75,6 @@ signals:
     void alertRequested(const QString &title, const QString &message, const QString &dismissButton);
 
 private:
-    PreferencesSystem &m_preferences;
-    std::optional<NotificationObserver> m_appearanceObserver;
-    int m_appearanceOverride = -1;
     bool m_tablet = false;
     QString m_bannerMessage;
     QString m_initialScreen;

@@ -33,8 +33,8 @@ SettingsViewController::SettingsViewController(PreferencesSystem &preferences, Q
                                     &m_preferences, reload, center);
     m_gpsSourceObserver.emplace(QString(PreferencesSystemGpsSourceDidChangeNotification),
                                 &m_preferences, reload, center);
-    m_mapSourceObserver.emplace(QString(MapSourceDidChangeNotification), &m_preferences, reload,
-                                center);
+    m_mapSourceObserver.emplace(QString(PreferencesSystemMapSourceDidChangeNotification),
+                                &m_preferences, reload, center);
     m_stationGridObserver.emplace(QString(PreferencesSystemStationGridDidChangeNotification),
                                   &m_preferences, reload, center);
     reloadRows();
@@ -50,16 +50,18 @@ void SettingsViewController::reloadRows()
     m_veltorFormatAccessibilityLabel = spelledOut(m_veltorFormatDetail);
     CoordinateFormatter coordinateFormatter;
     coordinateFormatter.setFormat(m_preferences.coordinateFormat());
-    m_coordinateFormatDetail = coordinateFormatter.stringFromDegrees(sample.latitude, QStringLiteral("N"));
+    m_coordinateFormatDetail =
+        coordinateFormatter.stringFromDegrees(sample.latitude, QStringLiteral("N"));
     m_coordinateFormatAccessibilityLabel = accessibilityStringFromDegrees(
         coordinateFormatter.format(), sample.latitude, QStringLiteral("north"));
-    m_distanceFormatDetail = DistanceFormatSettingsViewController::name(m_preferences.distanceFormat());
+    m_distanceFormatDetail =
+        DistanceFormatSettingsViewController::name(m_preferences.distanceFormat());
     m_appearanceDetail = AppearanceSettingsViewController::name(m_preferences.appearance());
-    m_crossingAlertDetail = CrossingAlertSettingsViewController::name(m_preferences.crossingAlert());
+    m_crossingAlertDetail =
+        CrossingAlertSettingsViewController::name(m_preferences.crossingAlert());
     m_speakCrossings = m_preferences.speakCrossings();
     m_stationDetail = StationSettingsViewController::summary(m_preferences);
-    m_mapSourceDetail =
-        MapSourceSettingsViewController::summary(MapSource::read(m_preferences.defaults()));
+    m_mapSourceDetail = MapSourceSettingsViewController::summary(m_preferences.mapSource());
     emit rowsChanged();
 }
 
@@ -69,13 +71,6 @@ void SettingsViewController::toggleShowGrid()
     emit showGridChanged();
     m_preferences.setShowGrid(m_showGrid);
 }
-
-
-
-
-
-
-
 
 void SettingsViewController::toggleShowGridPosition()
 {
@@ -88,9 +83,3 @@ void SettingsViewController::toggleSpeakCrossings()
 {
     m_preferences.setSpeakCrossings(!m_preferences.speakCrossings());
 }
-
-
-
-
-
-

@@ -6,6 +6,7 @@ namespace {
 
 constexpr RawValueTable<Appearance, 3> table{
     {u"AppearanceDay", u"AppearanceNight", u"AppearanceRed"}};
+constexpr RawValueTable<Appearance, 3> names{{u"day", u"night", u"red"}};
 
 } // namespace
 
@@ -17,4 +18,9 @@ QStringView rawValue(Appearance appearance)
 std::optional<Appearance> appearanceFromRawValue(QStringView raw)
 {
     return table.fromRawValue(raw);
+}
+
+std::optional<Appearance> appearanceFromName(QStringView name)
+{
+    return names.fromRawValue(name);
 }

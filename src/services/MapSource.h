@@ -1,14 +1,14 @@
 #pragma once
 
+#include <QMetaType>
+#include <QObject>
 #include <QString>
 #include <QtGlobal>
+#include <QtQml/qqmlregistration.h>
 
 #include <optional>
 
 class UserDefaults;
-
-// Posted, with the PreferencesSystem as object, after the map source is written.
-inline constexpr QLatin1StringView MapSourceDidChangeNotification{"MapSourceDidChangeNotification"};
 
 // Where the map's base tiles come from, as the user chose: the offline basemap, one of the tile
 // services Veltor knows with their credits and usage rules, a raster MBTiles file on disk, or a
@@ -16,6 +16,14 @@ inline constexpr QLatin1StringView MapSourceDidChangeNotification{"MapSourceDidC
 // custom server keep the keys --tiles has always written.
 struct MapSource
 {
+    Q_GADGET
+    QML_VALUE_TYPE(mapSource)
+    Q_PROPERTY(Kind kind MEMBER kind)
+    Q_PROPERTY(QString path MEMBER path)
+    Q_PROPERTY(QString urlTemplate MEMBER urlTemplate)
+    Q_PROPERTY(QString attribution MEMBER attribution)
+
+public:
     enum class Kind
     {
         Offline,
@@ -24,6 +32,7 @@ struct MapSource
         Mbtiles,
         Custom
     };
+    Q_ENUM(Kind)
 
     // What a tile service allows a download for offline use to take.
     struct DownloadLimits
@@ -43,8 +52,9 @@ struct MapSource
     QString urlTemplate;
     QString attribution;
 
-    // What the settings hold; a store written before there was a choice reads as the custom
-    // server when it names one, and anything unreadable as the offline basemap.
+    // What the settings hold (PreferencesSystem reads and writes it); a store written before
+    // there was a choice reads as the custom server when it names one, and anything unreadable
+    // as the offline basemap.
     static MapSource read(const UserDefaults &defaults);
     void write(UserDefaults &defaults) const;
 

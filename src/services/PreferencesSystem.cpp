@@ -29,7 +29,8 @@ VeltorFormat PreferencesSystem::veltorFormat() const
 CoordinateFormat PreferencesSystem::coordinateFormat() const
 {
     const auto raw = m_defaults.stringForKey(coordinateFormatKey);
-    return raw ? coordinateFormatFromRawValue(*raw).value_or(CoordinateFormat::DegreesMinutesSeconds)
+    return raw ? coordinateFormatFromRawValue(*raw).value_or(
+                     CoordinateFormat::DegreesMinutesSeconds)
                : CoordinateFormat::DegreesMinutesSeconds;
 }
 
@@ -42,13 +43,37 @@ DistanceFormat PreferencesSystem::distanceFormat() const
 
 Appearance PreferencesSystem::appearance() const
 {
+    if (m_appearanceForThisRun)
+        return *m_appearanceForThisRun;
     const auto raw = m_defaults.stringForKey(appearanceKey);
     return raw ? appearanceFromRawValue(*raw).value_or(Appearance::Day) : Appearance::Day;
 }
 
 void PreferencesSystem::setAppearance(Appearance appearance)
 {
-    writeString(rawValue(appearance), appearanceKey, PreferencesSystemAppearanceDidChangeNotification);
+    m_appearanceForThisRun.reset();
+    writeString(rawValue(appearance), appearanceKey,
+                PreferencesSystemAppearanceDidChangeNotification,
+                &PreferencesSystem::appearanceChanged);
+}
+
+void PreferencesSystem::holdAppearanceForThisRun(Appearance appearance)
+{
+    m_appearanceForThisRun = appearance;
+    m_notificationCenter.postNotificationName(PreferencesSystemAppearanceDidChangeNotification,
+                                              this);
+    emit appearanceChanged();
+}
+
+MapSource PreferencesSystem::mapSource() const
+{
+    return MapSource::read(m_defaults);
+}
+
+void PreferencesSystem::setMapSource(const MapSource &source)
+{
+    source.write(m_defaults);
+    announce(PreferencesSystemMapSourceDidChangeNotification, &PreferencesSystem::mapSourceChanged);
 }
 
 bool PreferencesSystem::showGrid() const
@@ -56,41 +81,52 @@ bool PreferencesSystem::showGrid() const
     return m_defaults.boolForKey(showGridKey);
 }
 
-void PreferencesSystem::writeString(QStringView raw, const QString &key,
-                                    QLatin1StringView notification)
+void PreferencesSystem::announce(QLatin1StringView notification, Signal changed)
 {
-    m_defaults.setObject(raw.toString(), key);
     m_defaults.synchronize();
     m_notificationCenter.postNotificationName(notification, this);
+    emit(this->*changed)();
+}
+
+void PreferencesSystem::writeString(QStringView raw, const QString &key,
+                                    QLatin1StringView notification, Signal changed)
+{
+    m_defaults.setObject(raw.toString(), key);
+    announce(notification, changed);
 }
 
 void PreferencesSystem::setVeltorFormat(VeltorFormat format)
 {
-    writeString(rawValue(format), veltorFormatKey, PreferencesSystemVeltorFormatDidChangeNotification);
+    writeString(rawValue(format), veltorFormatKey,
+                PreferencesSystemVeltorFormatDidChangeNotification,
+                &PreferencesSystem::veltorFormatChanged);
 }
 
 void PreferencesSystem::setCoordinateFormat(CoordinateFormat format)
 {
     writeString(rawValue(format), coordinateFormatKey,
-                PreferencesSystemCoordinateFormatDidChangeNotification);
+                PreferencesSystemCoordinateFormatDidChangeNotification,
+                &PreferencesSystem::coordinateFormatChanged);
 }
 
 void PreferencesSystem::setDistanceFormat(DistanceFormat format)
 {
     writeString(rawValue(format), distanceFormatKey,
-                PreferencesSystemDistanceFormatDidChangeNotification);
+                PreferencesSystemDistanceFormatDidChangeNotification,
+                &PreferencesSystem::distanceFormatChanged);
 }
 
-void PreferencesSystem::writeBool(bool value, const QString &key, QLatin1StringView notification)
+void PreferencesSystem::writeBool(bool value, const QString &key, QLatin1StringView notification,
+                                  Signal changed)
 {
     m_defaults.setBool(value, key);
-    m_defaults.synchronize();
-    m_notificationCenter.postNotificationName(notification, this);
+    announce(notification, changed);
 }
 
 void PreferencesSystem::setShowGrid(bool show)
 {
-    writeBool(show, showGridKey, PreferencesSystemShowGridDidChangeNotification);
+    writeBool(show, showGridKey, PreferencesSystemShowGridDidChangeNotification,
+              &PreferencesSystem::showGridChanged);
 }
 
 bool PreferencesSystem::showGridPosition() const
@@ -100,7 +136,8 @@ bool PreferencesSystem::showGridPosition() const
 
 void PreferencesSystem::setShowGridPosition(bool show)
 {
-    writeBool(show, gridPositionKey, PreferencesSystemGridPositionDidChangeNotification);
+    writeBool(show, gridPositionKey, PreferencesSystemGridPositionDidChangeNotification,
+              &PreferencesSystem::showGridPositionChanged);
 }
 
 std::optional<VeltorFormat> PreferencesSystem::crossingAlert() const
@@ -116,7 +153,8 @@ std::optional<VeltorFormat> PreferencesSystem::crossingAlert() const
 void PreferencesSystem::setCrossingAlert(std::optional<VeltorFormat> precision)
 {
     writeString(precision ? rawValue(*precision) : QStringView(u"CrossingAlertOff"),
-                crossingAlertKey, PreferencesSystemCrossingAlertDidChangeNotification);
+                crossingAlertKey, PreferencesSystemCrossingAlertDidChangeNotification,
+                &PreferencesSystem::crossingAlertChanged);
 }
 
 bool PreferencesSystem::speakCrossings() const
@@ -124,9 +162,23 @@ bool PreferencesSystem::speakCrossings() const
     return m_defaults.boolForKey(speakCrossingsKey);
 }
 
+int PreferencesSystem::crossingAlertCharacters() const
+{
+    const auto precision = crossingAlert();
+    return precision ? characterCount(*precision) : 0;
+}
+
+void PreferencesSystem::setCrossingAlertCharacters(int characters)
+{
+    setCrossingAlert(characters == 4   ? std::optional(VeltorFormat::FourCharacters)
+                     : characters == 6 ? std::optional(VeltorFormat::SixCharacters)
+                                       : std::nullopt);
+}
+
 void PreferencesSystem::setSpeakCrossings(bool speak)
 {
-    writeBool(speak, speakCrossingsKey, PreferencesSystemCrossingAlertDidChangeNotification);
+    writeBool(speak, speakCrossingsKey, PreferencesSystemCrossingAlertDidChangeNotification,
+              &PreferencesSystem::speakCrossingsChanged);
 }
 
 QString PreferencesSystem::gpsSource() const
@@ -136,7 +188,8 @@ QString PreferencesSystem::gpsSource() const
 
 void PreferencesSystem::setGpsSource(const QString &source)
 {
-    writeString(source.trimmed(), gpsSourceKey, PreferencesSystemGpsSourceDidChangeNotification);
+    writeString(source.trimmed(), gpsSourceKey, PreferencesSystemGpsSourceDidChangeNotification,
+                &PreferencesSystem::gpsSourceChanged);
 }
 
 FixWait PreferencesSystem::fixWait() const
@@ -148,7 +201,8 @@ FixWait PreferencesSystem::fixWait() const
 
 void PreferencesSystem::setFixWait(FixWait wait)
 {
-    writeString(rawValue(wait), fixWaitKey, PreferencesSystemFixWaitDidChangeNotification);
+    writeString(rawValue(wait), fixWaitKey, PreferencesSystemFixWaitDidChangeNotification,
+                &PreferencesSystem::fixWaitChanged);
 }
 
 bool PreferencesSystem::sendGridToWsjtx() const
@@ -158,7 +212,8 @@ bool PreferencesSystem::sendGridToWsjtx() const
 
 void PreferencesSystem::setSendGridToWsjtx(bool send)
 {
-    writeBool(send, wsjtxKey, PreferencesSystemStationGridDidChangeNotification);
+    writeBool(send, wsjtxKey, PreferencesSystemStationGridDidChangeNotification,
+              &PreferencesSystem::sendGridToWsjtxChanged);
 }
 
 QString PreferencesSystem::wsjtxAddress() const
@@ -169,7 +224,9 @@ QString PreferencesSystem::wsjtxAddress() const
 
 void PreferencesSystem::setWsjtxAddress(const QString &address)
 {
-    writeString(address.trimmed(), wsjtxAddressKey, PreferencesSystemStationGridDidChangeNotification);
+    writeString(address.trimmed(), wsjtxAddressKey,
+                PreferencesSystemStationGridDidChangeNotification,
+                &PreferencesSystem::wsjtxAddressChanged);
 }
 
 bool PreferencesSystem::sendGridToJs8Call() const
@@ -179,7 +236,8 @@ bool PreferencesSystem::sendGridToJs8Call() const
 
 void PreferencesSystem::setSendGridToJs8Call(bool send)
 {
-    writeBool(send, js8CallKey, PreferencesSystemStationGridDidChangeNotification);
+    writeBool(send, js8CallKey, PreferencesSystemStationGridDidChangeNotification,
+              &PreferencesSystem::sendGridToJs8CallChanged);
 }
 
 QString PreferencesSystem::js8CallAddress() const
@@ -191,7 +249,8 @@ QString PreferencesSystem::js8CallAddress() const
 void PreferencesSystem::setJs8CallAddress(const QString &address)
 {
     writeString(address.trimmed(), js8CallAddressKey,
-                PreferencesSystemStationGridDidChangeNotification);
+                PreferencesSystemStationGridDidChangeNotification,
+                &PreferencesSystem::js8CallAddressChanged);
 }
 
 PreferencesSystem *PreferencesSystem::create(QQmlEngine *, QJSEngine *)

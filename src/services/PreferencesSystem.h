@@ -4,6 +4,7 @@
 #include "CoordinateFormat.h"
 #include "DistanceFormat.h"
 #include "FixWait.h"
+#include "MapSource.h"
 #include "VeltorFormat.h"
 
 #include <QLatin1StringView>
@@ -39,16 +40,46 @@ inline constexpr QLatin1StringView PreferencesSystemFixWaitDidChangeNotification
     "PreferencesSystemFixWaitDidChangeNotification"};
 inline constexpr QLatin1StringView PreferencesSystemAppearanceDidChangeNotification{
     "PreferencesSystemAppearanceDidChangeNotification"};
+inline constexpr QLatin1StringView PreferencesSystemMapSourceDidChangeNotification{
+    "PreferencesSystemMapSourceDidChangeNotification"};
 
 // The user settings. Every read goes to the store, so a value is current even if the store
 // was written elsewhere; every write stores, synchronises and posts its notification, even when
-// the value does not change. Only the grid flag and spoken crossings have registered defaults:
+// the value does not change, and emits the property's signal with it, so QML binds to a
+// setting as C++ observes it. Only the grid flag and spoken crossings have registered defaults:
 // nothing is written until the user changes a setting.
 class PreferencesSystem : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
+    Q_PROPERTY(VeltorFormats::VeltorFormat veltorFormat READ veltorFormat WRITE setVeltorFormat
+                   NOTIFY veltorFormatChanged)
+    Q_PROPERTY(CoordinateFormats::CoordinateFormat coordinateFormat READ coordinateFormat WRITE
+                   setCoordinateFormat NOTIFY coordinateFormatChanged)
+    Q_PROPERTY(DistanceFormats::DistanceFormat distanceFormat READ distanceFormat WRITE
+                   setDistanceFormat NOTIFY distanceFormatChanged)
+    Q_PROPERTY(bool showGrid READ showGrid WRITE setShowGrid NOTIFY showGridChanged)
+    Q_PROPERTY(bool showGridPosition READ showGridPosition WRITE setShowGridPosition NOTIFY
+                   showGridPositionChanged)
+    // The locator characters at which crossings are announced: 0 (off), 4 or 6.
+    Q_PROPERTY(int crossingAlertCharacters READ crossingAlertCharacters WRITE
+                   setCrossingAlertCharacters NOTIFY crossingAlertChanged)
+    Q_PROPERTY(bool speakCrossings READ speakCrossings WRITE setSpeakCrossings NOTIFY
+                   speakCrossingsChanged)
+    Q_PROPERTY(QString gpsSource READ gpsSource WRITE setGpsSource NOTIFY gpsSourceChanged)
+    Q_PROPERTY(FixWaits::FixWait fixWait READ fixWait WRITE setFixWait NOTIFY fixWaitChanged)
+    Q_PROPERTY(bool sendGridToWsjtx READ sendGridToWsjtx WRITE setSendGridToWsjtx NOTIFY
+                   sendGridToWsjtxChanged)
+    Q_PROPERTY(
+        QString wsjtxAddress READ wsjtxAddress WRITE setWsjtxAddress NOTIFY wsjtxAddressChanged)
+    Q_PROPERTY(bool sendGridToJs8Call READ sendGridToJs8Call WRITE setSendGridToJs8Call NOTIFY
+                   sendGridToJs8CallChanged)
+    Q_PROPERTY(QString js8CallAddress READ js8CallAddress WRITE setJs8CallAddress NOTIFY
+                   js8CallAddressChanged)
+    Q_PROPERTY(Appearances::Appearance appearance READ appearance WRITE setAppearance NOTIFY
+                   appearanceChanged)
+    Q_PROPERTY(MapSource mapSource READ mapSource WRITE setMapSource NOTIFY mapSourceChanged)
 
 public:
     const QString veltorFormatKey = QStringLiteral("VeltorFormatPreference");
@@ -92,6 +123,8 @@ public:
     // chooses 4 or 6 characters.
     std::optional<VeltorFormat> crossingAlert() const;
     void setCrossingAlert(std::optional<VeltorFormat> precision);
+    int crossingAlertCharacters() const;
+    void setCrossingAlertCharacters(int characters);
     // Whether a crossing is also spoken; on until the user turns it off.
     bool speakCrossings() const;
     void setSpeakCrossings(bool speak);
@@ -113,18 +146,45 @@ public:
     // HOST:PORT of JS8Call's TCP API.
     QString js8CallAddress() const;
     void setJs8CallAddress(const QString &address);
-    // Day until the user chooses.
+    // Day until the user chooses; the command line may ask for another for one run, which
+    // stands until the user chooses.
     Appearance appearance() const;
     void setAppearance(Appearance appearance);
+    void holdAppearanceForThisRun(Appearance appearance);
+    // Where the map's tiles come from (see MapSource).
+    MapSource mapSource() const;
+    void setMapSource(const MapSource &source);
 
     UserDefaults &defaults() const { return m_defaults; }
     NotificationCenter &notificationCenter() const { return m_notificationCenter; }
 
+signals:
+    void veltorFormatChanged();
+    void coordinateFormatChanged();
+    void distanceFormatChanged();
+    void showGridChanged();
+    void showGridPositionChanged();
+    void crossingAlertChanged();
+    void speakCrossingsChanged();
+    void gpsSourceChanged();
+    void fixWaitChanged();
+    void sendGridToWsjtxChanged();
+    void wsjtxAddressChanged();
+    void sendGridToJs8CallChanged();
+    void js8CallAddressChanged();
+    void appearanceChanged();
+    void mapSourceChanged();
+
 private:
-    void writeString(QStringView raw, const QString &key, QLatin1StringView notification);
-    void writeBool(bool value, const QString &key, QLatin1StringView notification);
+    using Signal = void (PreferencesSystem::*)();
+    // Synchronises the store, posts the notification and emits the signal of one write.
+    void announce(QLatin1StringView notification, Signal changed);
+    void writeString(QStringView raw, const QString &key, QLatin1StringView notification,
+                     Signal changed);
+    void writeBool(bool value, const QString &key, QLatin1StringView notification, Signal changed);
 
     UserDefaults &m_defaults;
     NotificationCenter &m_notificationCenter;
     QLocale m_locale;
+    std::optional<Appearance> m_appearanceForThisRun;
 };

@@ -48,7 +48,7 @@ TEST(AppCommandLineTest, EveryOptionReachesItsSetting)
                                      "844x390 --tiles offline --screenshot shot.png --track "
                                      "--idiom tablet --fullscreen");
     EXPECT_EQ(run.action, AppCommandLine::Action::Run);
-    EXPECT_EQ(run.appearance, Theme::Red);
+    EXPECT_EQ(run.appearance, Appearance::Red);
     EXPECT_EQ(run.initialScreen, QStringLiteral("latitude-keypad"));
     EXPECT_EQ(run.zoomLevel, 7.5);
     EXPECT_EQ(run.windowSize, QSize(844, 390));
@@ -69,7 +69,8 @@ TEST(AppCommandLineTest, TheWindowOpensWhereItWasAndOnScreen)
         // A window left on a screen that is gone comes back onto this one.
         {QStringLiteral("3000 -500 800 600"), QRect(1120, 0, 800, 600)},
         {QStringLiteral("10 10 5000 40"), QRect(0, 10, 1920, 200)},
-        {QStringLiteral("10 10 800"), std::nullopt}, {QStringLiteral("a b c d"), std::nullopt},
+        {QStringLiteral("10 10 800"), std::nullopt},
+        {QStringLiteral("a b c d"), std::nullopt},
         {QString(), std::nullopt}};
     for (const auto &[setting, placed] : cases)
         EXPECT_EQ(WindowPlacement::fromSetting(setting, screen), placed) << setting.toStdString();

@@ -1,5 +1,5 @@
-#include "GlyphImageProvider.h"
 #include "Theme.h"
+#include "GlyphImageProvider.h"
 
 #include <QImage>
 #include <QPainterPath>
@@ -14,13 +14,13 @@ TEST(ThemeTest, TextStandsOutInEveryAppearanceAndRedIsBlackAndDeepRedOnly)
     Theme theme;
     QSignalSpy changed(&theme, &Theme::appearanceChanged);
     const auto lightness = [](const QColor &c) { return c.toHsl().lightness(); };
-    for (const auto appearance : {Theme::Night, Theme::Day, Theme::Red}) {
+    for (const auto appearance : {Appearance::Night, Appearance::Day, Appearance::Red}) {
         theme.setAppearance(appearance);
         // Text and the tint must differ clearly from the surfaces they are drawn on.
         EXPECT_GT(std::abs(lightness(theme.textColor()) - lightness(theme.windowColor())), 80)
-            << appearance;
+            << int(appearance);
         EXPECT_GT(std::abs(lightness(theme.tintColor()) - lightness(theme.keyFaceColor())), 60)
-            << appearance;
+            << int(appearance);
     }
     EXPECT_EQ(changed.count(), 3);
     for (const QColor &colour :
@@ -36,8 +36,8 @@ TEST(ThemeTest, TextStandsOutInEveryAppearanceAndRedIsBlackAndDeepRedOnly)
 
 TEST(ThemeTest, SmallHelpersOfTheScreens)
 {
-    EXPECT_EQ(Theme::appearanceFromName(QStringLiteral("night")), Theme::Night);
-    EXPECT_EQ(Theme::appearanceFromName(QStringLiteral("Night")), std::nullopt);
+    EXPECT_EQ(appearanceFromName(u"night"), Appearance::Night);
+    EXPECT_EQ(appearanceFromName(u"Night"), std::nullopt);
     EXPECT_EQ(Theme::hairline(2.0), 0.5);
     EXPECT_NEAR(Theme::hairline(3.0), 0.333, 0.001);
     // A phone gets the whole window; a tablet a centred card.

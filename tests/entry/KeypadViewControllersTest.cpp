@@ -46,8 +46,8 @@ void type(VeltorKeypadViewController &keypad, const char *keys)
 void type(LatLon &keypad, const char *keys)
 {
     static const std::map<char, void (LatLon::*)()> buttons{
-        {'.', &LatLon::decimalButtonTapped}, {'d', &LatLon::degreeButtonTapped},
-        {'m', &LatLon::minuteButtonTapped},  {'<', &LatLon::deleteButtonTapped},
+        {'.', &LatLon::decimalButtonTapped},   {'d', &LatLon::degreeButtonTapped},
+        {'m', &LatLon::minuteButtonTapped},    {'<', &LatLon::deleteButtonTapped},
         {'N', &LatLon::northWestButtonTapped}, {'S', &LatLon::southEastButtonTapped}};
     for (const char *k = keys; *k; ++k) {
         if (const auto button = buttons.find(*k); button != buttons.end())
@@ -92,6 +92,7 @@ protected:
     ApplicationStateSystem m_state{m_defaults};
     ScriptableLocationManager m_manager;
     LocationTrackingSystem m_tracking{m_manager, m_state};
+    TargetSystem m_targets{m_defaults};
     std::vector<Write> m_writes;
 };
 
@@ -99,7 +100,7 @@ TEST_F(KeypadViewControllersTest, LocatorKeysFollowThePositionBeingTyped)
 {
     for (const QStringList &row : testTable("entry/locator-keypad-keys.tsv")) {
         SCOPED_TRACE(row.join(u' ').toStdString());
-        VeltorKeypadViewController keypad(m_state, m_preferences, m_tracking);
+        VeltorKeypadViewController keypad(m_state, m_preferences, m_tracking, m_targets);
         type(keypad, qPrintable(row[0]));
         EXPECT_EQ(keypad.outputText(), row[1]);
         QString keys;
@@ -111,14 +112,14 @@ TEST_F(KeypadViewControllersTest, LocatorKeysFollowThePositionBeingTyped)
         EXPECT_EQ(keys, row[2]);
     }
     m_preferences.setVeltorFormat(VeltorFormat::FourCharacters);
-    const VeltorKeypadViewController keypad(m_state, m_preferences, m_tracking);
+    const VeltorKeypadViewController keypad(m_state, m_preferences, m_tracking, m_targets);
     EXPECT_EQ(keypad.outputAccessibilityLabel(), QStringLiteral("C N 8 7 "));
 }
 
 TEST_F(KeypadViewControllersTest, DoneStopsTrackingAndWritesOnceUnlessNothingWasTyped)
 {
     startLiveTracking();
-    VeltorKeypadViewController locator(m_state, m_preferences, m_tracking);
+    VeltorKeypadViewController locator(m_state, m_preferences, m_tracking, m_targets);
     LatLon latitude(Lat, m_state, m_preferences, m_tracking);
     QSignalSpy dismissed(&latitude, &LatLon::dismissRequested);
     QSignalSpy locatorFocus(&locator, &VeltorKeypadViewController::accessibilityFocusRequested);
@@ -158,9 +159,8 @@ TEST_F(KeypadViewControllersTest, DoneStopsTrackingAndWritesOnceUnlessNothingWas
 TEST_F(KeypadViewControllersTest, InTargetModeDoneSetsTheTargetAndLeavesThePointAndTracking)
 {
     startLiveTracking();
-    TargetSystem &targets = TargetSystem::sharedSystem();
-    targets.setTarget(std::nullopt);
-    VeltorKeypadViewController keypad(m_state, m_preferences, m_tracking);
+    TargetSystem &targets = m_targets;
+    VeltorKeypadViewController keypad(m_state, m_preferences, m_tracking, m_targets);
     keypad.setTargetMode(true);
     EXPECT_EQ(keypad.title(), QStringLiteral("Target Locator"));
     EXPECT_EQ(keypad.outputText(), QString()); // no target yet, so nothing to show
@@ -172,17 +172,16 @@ TEST_F(KeypadViewControllersTest, InTargetModeDoneSetsTheTargetAndLeavesThePoint
     EXPECT_NEAR(targets.target()->latitude, 52.520833333333336, 1e-9);
     EXPECT_NEAR(targets.target()->longitude, 13.375, 1e-9);
     // Opened again, it starts from that target; Done with nothing typed keeps it.
-    VeltorKeypadViewController again(m_state, m_preferences, m_tracking);
+    VeltorKeypadViewController again(m_state, m_preferences, m_tracking, m_targets);
     again.setTargetMode(true);
     EXPECT_EQ(again.outputText(), QStringLiteral("JO62qm54"));
     again.doneButtonTapped();
     EXPECT_TRUE(targets.target().has_value());
-    targets.setTarget(std::nullopt);
 }
 
 TEST_F(KeypadViewControllersTest, HardwareKeysTypeOnTheLocatorKeypad)
 {
-    VeltorKeypadViewController keypad(m_state, m_preferences, m_tracking);
+    VeltorKeypadViewController keypad(m_state, m_preferences, m_tracking, m_targets);
     QSignalSpy dismissed(&keypad, &VeltorKeypadViewController::dismissRequested);
     // Either case types the key shown; a character the keys do not offer is refused.
     for (const char *k : {"j", "n", "5", "8", "T", "D"})

@@ -60,7 +60,7 @@ protected:
     LocationTrackingSystem tracking{manager, state};
     QQuickWindow window;
     MapView *map = nullptr;
-    MapPanelController panel{state, preferences, tracking, defaults};
+    MapPanelController panel{state, preferences, tracking};
 };
 
 TEST_F(MapPanelControllerTest, AChosenPointGetsAPinAndTheCentreWithinTheMapsBand)
@@ -160,10 +160,9 @@ TEST_F(MapPanelControllerTest, TheMapDrawsInTheAppearancesPalette)
           red.labelPlate, red.pinHead, red.pinRim, red.pinNeedle, red.pinShine, red.dot,
           red.dotRing, red.dotShadow, red.accuracyStroke, red.accuracyFill, red.rasterTint})
         EXPECT_EQ(c.green() | c.blue(), 0) << c.name().toStdString();
-    EXPECT_EQ(MapPalette::forAppearance(7), MapPalette::day());
 
     const OverlayRenderer *dayGrid = map->overlays().front();
-    panel.setAppearance(2);
+    panel.setAppearance(Appearance::Red);
     EXPECT_EQ(map->palette(), red);
     ASSERT_EQ(map->overlays().size(), 1u);
     EXPECT_NE(map->overlays().front(), dayGrid);
@@ -179,7 +178,7 @@ TEST_F(MapPanelControllerTest, TheMapDrawsInTheAppearancesPalette)
             lit += qRed(pixel) > 0;
         }
     EXPECT_GT(lit, 100);
-    panel.setAppearance(0);
+    panel.setAppearance(Appearance::Day);
     EXPECT_EQ(map->palette(), MapPalette::day());
 }
 

@@ -244,28 +244,19 @@ TEST_F(ScreenControllersTest, AccuracyShowsOnlyForALiveFixThatHasOne)
     EXPECT_EQ(toolbar.accuracyText(), QStringLiteral("± 213 ft"));
 }
 
-TEST_F(ScreenControllersTest, RootReportsAFailingStoreAndHoldsTheCommandLineAppearance)
+TEST_F(ScreenControllersTest, RootReportsAFailingStore)
 {
-    RootViewController root(m_tracking, m_preferences, m_defaults);
+    RootViewController root(m_tracking, m_defaults);
     EXPECT_FALSE(root.openScreen(QStringLiteral("preferences")));
     EXPECT_FALSE(root.bannerVisible());
     emit m_defaults.storeFailed(QStringLiteral("Settings cannot be saved"));
     EXPECT_TRUE(root.bannerVisible());
     EXPECT_EQ(root.bannerMessage(), QStringLiteral("Settings cannot be saved"));
-
-    // The appearance asked for on the command line holds until the user chooses one.
-    QSignalSpy changed(&root, &RootViewController::appearanceChanged);
-    EXPECT_EQ(root.appearance(), int(Appearance::Day));
-    root.setAppearanceOverride(int(Appearance::Red));
-    EXPECT_EQ(root.appearance(), int(Appearance::Red));
-    m_preferences.setAppearance(Appearance::Night);
-    EXPECT_EQ(root.appearance(), int(Appearance::Night));
-    EXPECT_EQ(changed.count(), 2);
 }
 
 TEST_F(ScreenControllersTest, RootLaysThePanelsOutByWidthAndIdiom)
 {
-    RootViewController root(m_tracking, m_preferences, m_defaults);
+    RootViewController root(m_tracking, m_defaults);
     // The device, whether it is a tablet, the area, and whether the panels stand side by side.
     const std::tuple<const char *, bool, qreal, qreal, bool> cases[] = {
         {"phone portrait", false, 390, 800, false},

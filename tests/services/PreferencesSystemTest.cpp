@@ -1,8 +1,10 @@
+#include "PreferencesSystem.h"
 #include "NotificationCenter.h"
 #include "NotificationObserver.h"
-#include "PreferencesSystem.h"
 #include "UserDefaults.h"
 
+#include <QMetaProperty>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -73,8 +75,8 @@ TEST_F(PreferencesSystemTest, EveryWriteIsStoredUnderItsNameAndPostsItsNotificat
     QStringList expected;
     for (const char *setting :
          {"VeltorFormat", "VeltorFormat", "CoordinateFormat", "DistanceFormat", "ShowGrid"}) {
-        expected.append(QStringLiteral("PreferencesSystem%1DidChangeNotification")
-                            .arg(QLatin1String(setting)));
+        expected.append(
+            QStringLiteral("PreferencesSystem%1DidChangeNotification").arg(QLatin1String(setting)));
     }
     EXPECT_EQ(heard, expected);
     const UserDefaults reopened(path());
@@ -86,18 +88,68 @@ TEST_F(PreferencesSystemTest, EveryWriteIsStoredUnderItsNameAndPostsItsNotificat
     EXPECT_TRUE(reopened.boolForKey(QStringLiteral("ShowGridPreference")));
 }
 
+// QML binds to each setting as a property; its signal comes with the notification C++ hears,
+// once per write, and the value reads back.
+TEST_F(PreferencesSystemTest, EverySettingIsAPropertyWhoseSignalComesWithItsNotification)
+{
+    MapSource osm;
+    osm.kind = MapSource::Kind::OpenStreetMap;
+    const std::map<QByteArray, QVariant> written{
+        {"veltorFormat", QVariant::fromValue(VeltorFormat::FourCharacters)},
+        {"coordinateFormat", QVariant::fromValue(CoordinateFormat::DecimalDegrees)},
+        {"distanceFormat", QVariant::fromValue(DistanceFormat::Imperial)},
+        {"showGrid", false},
+        {"showGridPosition", true},
+        {"crossingAlertCharacters", 6},
+        {"speakCrossings", false},
+        {"gpsSource", QStringLiteral("gpsd")},
+        {"fixWait", QVariant::fromValue(FixWait::Unlimited)},
+        {"sendGridToWsjtx", true},
+        {"wsjtxAddress", QStringLiteral("239.255.0.1:2237")},
+        {"sendGridToJs8Call", true},
+        {"js8CallAddress", QStringLiteral("127.0.0.1:2443")},
+        {"appearance", QVariant::fromValue(Appearance::Red)},
+        {"mapSource", QVariant::fromValue(osm)}};
+    int notifications = 0;
+    const NotificationObserver all(
+        std::nullopt, &preferences, [&](auto &&...) { ++notifications; }, center);
+    const QMetaObject &meta = *preferences.metaObject();
+    ASSERT_EQ(meta.propertyCount() - meta.propertyOffset(), int(written.size()));
+    for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {
+        const QMetaProperty property = meta.property(i);
+        SCOPED_TRACE(property.name());
+        ASSERT_TRUE(written.contains(property.name()));
+        QSignalSpy changed(&preferences, property.notifySignal());
+        const int before = notifications;
+        ASSERT_TRUE(property.write(&preferences, written.at(property.name())));
+        EXPECT_EQ(changed.count(), 1);
+        EXPECT_EQ(notifications, before + 1);
+        EXPECT_EQ(property.read(&preferences), written.at(property.name()));
+    }
+    EXPECT_EQ(PreferencesSystem(defaults, center).mapSource(), osm);
+
+    // The command line's appearance holds for this run alone, until the user chooses one.
+    preferences.holdAppearanceForThisRun(Appearance::Night);
+    EXPECT_EQ(preferences.appearance(), Appearance::Night);
+    EXPECT_EQ(PreferencesSystem(defaults, center).appearance(), Appearance::Red);
+    preferences.setAppearance(Appearance::Day);
+    EXPECT_EQ(preferences.appearance(), Appearance::Day);
+}
+
 TEST_F(PreferencesSystemTest, ObserversFilterByNameAndSenderForAsLongAsTheirTokenLives)
 {
     int gridChanges = 0;
     int fromOthers = 0;
     int any = 0;
-    const NotificationObserver grid(QString(PreferencesSystemShowGridDidChangeNotification),
-                                    &preferences, [&](auto &&...) { ++gridChanges; }, center);
+    const NotificationObserver grid(
+        QString(PreferencesSystemShowGridDidChangeNotification), &preferences,
+        [&](auto &&...) { ++gridChanges; }, center);
     const QObject other;
-    const NotificationObserver fromOther(std::nullopt, &other, [&](auto &&...) { ++fromOthers; },
-                                         center);
+    const NotificationObserver fromOther(
+        std::nullopt, &other, [&](auto &&...) { ++fromOthers; }, center);
     std::optional<NotificationObserver> token;
-    token.emplace(std::nullopt, nullptr, [&](auto &&...) { ++any; }, center);
+    token.emplace(
+        std::nullopt, nullptr, [&](auto &&...) { ++any; }, center);
     preferences.setShowGrid(false);
     preferences.setVeltorFormat(VeltorFormat::TwoCharacters);
     EXPECT_EQ(gridChanges, 1);
@@ -110,7 +162,8 @@ TEST_F(PreferencesSystemTest, ObserversFilterByNameAndSenderForAsLongAsTheirToke
     preferences.setShowGrid(false);
     EXPECT_EQ(any, 3);
     {
-        NotificationObserver third(std::nullopt, nullptr, [](auto &&...) {}, center);
+        NotificationObserver third(
+            std::nullopt, nullptr, [](auto &&...) {}, center);
         third = std::move(moved);
     }
     preferences.setShowGrid(true);

@@ -5,10 +5,10 @@
 #include "MapProjection.h"
 #include "MapTileLayer.h"
 
+#include <QColor>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QPointF>
-#include <QColor>
 #include <QQuickItem>
 #include <QTimer>
 #include <QVariantAnimation>
@@ -54,6 +54,8 @@ public:
     explicit MapView(QQuickItem *parent = nullptr);
     ~MapView() override;
 
+    // The zoom level the map opens at: a town and the grid's subsquares around it.
+    static constexpr double defaultZoomLevel = 11.0;
     static constexpr double minimumZoomScale() { return 0x1p-20; } // the world in 256 points
     static constexpr double maximumZoomScale() { return 4.0; }     // zoom level 22
 
@@ -86,7 +88,8 @@ public:
     // Layers. The basemap is the offline one unless replaced; a failing primary source's tiles
     // come from fallback. attribution is shown on the map when not empty.
     void setBaseTileSource(std::unique_ptr<TileSource> primary,
-                           std::unique_ptr<TileSource> fallback = {}, const QString &attribution = {});
+                           std::unique_ptr<TileSource> fallback = {},
+                           const QString &attribution = {});
     QString attribution() const { return m_attribution; }
     // The colours of everything the map draws itself; tiles are drawn again in new ones.
     const MapPalette &palette() const { return m_palette; }
@@ -117,7 +120,6 @@ public:
     bool isSettled() const;
     // For tests: how long a press must be held, in milliseconds.
     void setLongPressInterval(int milliseconds) { m_longPressTimer.setInterval(milliseconds); }
-
 
 signals:
     void regionChanged();
