@@ -37,7 +37,7 @@ ColumnLayout {
         }
         onEditingFinished: field.submitted(input.text)
     }
-    CaptionLabel {
+    SecondaryLabel {
         Layout.fillWidth: true
         Layout.leftMargin: Theme.spacing
         Layout.rightMargin: Theme.spacing

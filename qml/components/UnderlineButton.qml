@@ -1,8 +1,10 @@
 import QtQuick
+import QtQuick.Layouts
 import Veltor
 
 // Tappable underlined text in the tint colour, sized to its text plus 40 × 16 points. Pressing
-// dims it at once; releasing fades it back.
+// dims it at once; releasing fades it back. Where a layout places it, it is never smaller than a
+// gloved finger; the text stays as drawn, and wraps rather than being cut short.
 PressableButton {
     id: control
 
@@ -14,7 +16,9 @@ PressableButton {
     accessibilityLabel: title
     font: Theme.underlineButtonFont
     implicitWidth: metrics.width + 40
-    implicitHeight: metrics.height + 16
+    implicitHeight: Math.max(metrics.height, contentItem.implicitHeight) + 16
+    Layout.minimumWidth: Theme.minimumTargetSize
+    Layout.minimumHeight: Math.max(implicitHeight, Theme.minimumTargetSize)
 
     TextMetrics {
         id: metrics
@@ -31,7 +35,7 @@ PressableButton {
         font.underline: true
         horizontalAlignment: control.textAlignment
         verticalAlignment: Text.AlignVCenter
-        elide: Text.ElideRight
+        wrapMode: Text.Wrap
     }
 
     states: State {

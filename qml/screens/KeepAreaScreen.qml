@@ -83,33 +83,33 @@ FocusScope {
                 Layout.fillWidth: true
                 columns: 3
                 enabled: !controller.running
-                CaptionLabel {
+                SecondaryLabel {
                     //: The first zoom level kept
                     //% "First level"
                     text: qsTrId("keep-area.from")
                 }
-                UnderlineButton {
-                    title: "−"
+                StepperButton {
+                    glyph: "minus"
                     accessibilityLabel: controller.stepLabel(true, -1)
                     onClicked: controller.stepMinZoom(-1)
                 }
-                UnderlineButton {
-                    title: "+"
+                StepperButton {
+                    glyph: "plus"
                     accessibilityLabel: controller.stepLabel(true, 1)
                     onClicked: controller.stepMinZoom(1)
                 }
-                CaptionLabel {
+                SecondaryLabel {
                     //: The last zoom level kept
                     //% "Last level"
                     text: qsTrId("keep-area.to")
                 }
-                UnderlineButton {
-                    title: "−"
+                StepperButton {
+                    glyph: "minus"
                     accessibilityLabel: controller.stepLabel(false, -1)
                     onClicked: controller.stepMaxZoom(-1)
                 }
-                UnderlineButton {
-                    title: "+"
+                StepperButton {
+                    glyph: "plus"
                     accessibilityLabel: controller.stepLabel(false, 1)
                     onClicked: controller.stepMaxZoom(1)
                 }
@@ -119,7 +119,7 @@ FocusScope {
                 text: controller.planText
                 visible: text.length > 0
             }
-            CaptionLabel {
+            SecondaryLabel {
                 Layout.fillWidth: true
                 text: controller.policyText
                 visible: text.length > 0

@@ -40,7 +40,7 @@ FocusScope {
             Layout.alignment: Qt.AlignVCenter
             spacing: 0
 
-            CaptionLabel {
+            SecondaryLabel {
                 Layout.alignment: Qt.AlignHCenter
                 Layout.topMargin: Theme.spacing
                 text: controller.title

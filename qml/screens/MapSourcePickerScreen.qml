@@ -98,7 +98,7 @@ FocusScope {
                     accessibilityLabel: qsTrId("map-source.attribution")
                     onSubmitted: text => controller.setCustomAttribution(text)
                 }
-                CaptionLabel {
+                SecondaryLabel {
                     Layout.fillWidth: true
                     Layout.margins: Theme.spacing
                     text: controller.note

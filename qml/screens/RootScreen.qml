@@ -41,6 +41,7 @@ Page {
             UnderlineButton {
                 title: panel.controller.veltorText
                 accessibilityLabel: panel.controller.veltor2AccessibilityLabel
+                font: Theme.readoutFont
                 textAlignment: Text.AlignLeft
                 onClicked: panel.controller.showVeltorKeypad()
             }
@@ -80,14 +81,43 @@ Page {
             Layout.fillWidth: true
             Layout.fillHeight: true
 
-            CoordinatePanelScreen {
-                id: panel
+            // In a wide window the panel is a column beside the map, scrolling when it is taller.
+            Flickable {
+                id: panelScroller
                 readonly property rect frame: controller.panelRect(panels.width, panels.height,
-                                                                   implicitHeight)
+                                                                   panel.implicitHeight)
                 x: frame.x
                 y: frame.y
                 width: frame.width
                 height: frame.height
+                contentHeight: panel.implicitHeight
+                clip: true
+                boundsBehavior: Flickable.StopAtBounds
+                // Shown whenever there is more below, so that a cut-off panel reads as one.
+                ScrollBar.vertical: ScrollBar {
+                    policy: ScrollBar.AlwaysOn
+                    visible: panelScroller.contentHeight > panelScroller.height
+                    contentItem: Rectangle {
+                        implicitWidth: 6
+                        radius: 3
+                        color: Theme.controlColor
+                    }
+                }
+
+                CoordinatePanelScreen {
+                    id: panel
+                    width: parent.width
+                    showsLocator: controller.panelShowsLocator(panels.width, panels.height,
+                                                               screen.height, readoutsHeight,
+                                                               locatorHeight, foldedToolsHeight)
+                    toolsFolded: controller.fieldToolsFolded(controller.fieldToolsFolding,
+                                                             panels.width, panels.height,
+                                                             screen.height, readoutsHeight,
+                                                             locatorHeight, foldedToolsHeight,
+                                                             toolsHeight)
+                    toolsFoldable: !controller.isRegularWidth(panels.width, panels.height)
+                    onToolsToggled: controller.setFieldToolsFolded(!toolsFolded)
+                }
             }
 
             Rectangle {
@@ -172,18 +202,18 @@ Page {
 
                 Column {
                     anchors.right: parent.right
-                    anchors.verticalCenter: parent.verticalCenter
-                    anchors.rightMargin: Theme.spacing
+                    anchors.bottom: trackButton.top
+                    anchors.margins: Theme.spacing
                     spacing: Theme.spacing
                     MapControlButton {
-                        title: "+"
+                        glyph: "plus"
                         //: Spoken name of the map's zoom-in button
                         //% "Zoom in"
                         accessibilityLabel: qsTrId("map.zoom-in")
                         onClicked: map.zoomIn()
                     }
                     MapControlButton {
-                        title: "−"
+                        glyph: "minus"
                         //: Spoken name of the map's zoom-out button
                         //% "Zoom out"
                         accessibilityLabel: qsTrId("map.zoom-out")
@@ -191,17 +221,80 @@ Page {
                     }
                 }
 
-                CaptionLabel {
+                // The scale at the centre, in the user's distance units.
+                Column {
+                    anchors.left: parent.left
+                    anchors.bottom: attribution.top
+                    anchors.leftMargin: 6
+                    anchors.bottomMargin: 4
+                    spacing: 2
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: mapPanel.scaleBarAccessibilityLabel
+                    Label {
+                        text: mapPanel.scaleBarText
+                        color: Theme.mapControlTextColor
+                        font: Theme.secondaryFont
+                        leftPadding: 4
+                        rightPadding: 4
+                        background: Rectangle {
+                            color: Theme.mapControlColor
+                            radius: 3
+                        }
+                        Accessible.ignored: true
+                    }
+                    Rectangle {
+                        width: mapPanel.scaleBarLength + 4
+                        height: 8
+                        color: Theme.mapControlColor
+                        radius: 2
+                        Rectangle {
+                            anchors.centerIn: parent
+                            width: mapPanel.scaleBarLength
+                            height: 4
+                            color: Theme.mapControlTextColor
+                        }
+                    }
+                }
+
+                Label {
+                    id: attribution
                     anchors.left: parent.left
                     anchors.bottom: trackButton.top
                     anchors.margins: 6
                     text: map.attribution
                     color: Theme.mapControlTextColor
-                    font.pixelSize: 11
+                    font.pixelSize: 12
                     padding: 3
                     background: Rectangle {
                         color: Theme.mapControlColor
                         radius: 3
+                    }
+                }
+
+                // A crossing into another cell, seen as well as heard: large, over the top of the
+                // map, for a few seconds; a screen reader meets it as an alert.
+                Rectangle {
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    anchors.top: parent.top
+                    anchors.topMargin: Theme.spacing
+                    width: Math.min(parent.width - 2 * Theme.spacing,
+                                    crossingText.implicitWidth + 4 * Theme.spacing)
+                    height: crossingText.implicitHeight + 2 * Theme.spacing
+                    radius: 12
+                    color: Theme.tintColor
+                    visible: crossingAlert.bannerShown
+                    Accessible.role: Accessible.AlertMessage
+                    Accessible.name: crossingAlert.bannerAccessibilityLabel
+                    TitleLabel {
+                        id: crossingText
+                        anchors.centerIn: parent
+                        width: Math.min(implicitWidth, parent.width - 2 * Theme.spacing)
+                        horizontalAlignment: Text.AlignHCenter
+                        wrapMode: Text.Wrap
+                        text: crossingAlert.bannerText
+                        color: Theme.keyFaceColor
+                        font.weight: Font.Normal
+                        Accessible.ignored: true
                     }
                 }
 
@@ -224,6 +317,9 @@ Page {
 
     FormSheet {
         id: sheet
+    }
+    GridCrossingAlert {
+        id: crossingAlert
     }
     TargetController {
         id: targetController

@@ -134,8 +134,8 @@ FocusScope {
                         }
                         SettingsRow {
                             width: rows.width
-                            //: Row and picker title for the units of the accuracy read-out
-                            //% "Accuracy units"
+                            //: Row and picker title for the units of every distance: accuracy, cell edges, target
+                            //% "Distance units"
                             title: qsTrId("settings.distance-format")
                             detail: controller.distanceFormatDetail
                             detailAccessibilityLabel: controller.distanceFormatDetail

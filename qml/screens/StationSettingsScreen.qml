@@ -53,7 +53,7 @@ FocusScope {
                 id: rows
                 width: parent.width
                 spacing: Theme.spacing / 2
-                CaptionLabel {
+                SecondaryLabel {
                     Layout.leftMargin: Theme.spacing
                     Layout.topMargin: Theme.spacing
                     //: Heading of the choice of GPS source
@@ -94,7 +94,7 @@ FocusScope {
                     accessibilityLabel: qsTrId("station.gpsd-address-spoken")
                     onSubmitted: text => controller.setGpsdAddress(text)
                 }
-                CaptionLabel {
+                SecondaryLabel {
                     Layout.leftMargin: Theme.spacing
                     Layout.topMargin: Theme.spacing
                     //: Heading of the choice of how long tracking waits for a receiver without a fix
@@ -179,7 +179,7 @@ FocusScope {
                     accessibilityLabel: qsTrId("station.js8call-address-spoken")
                     onSubmitted: text => controller.setJs8CallAddress(text)
                 }
-                CaptionLabel {
+                SecondaryLabel {
                     Layout.fillWidth: true
                     Layout.margins: Theme.spacing
                     //: Under the switches: when the grid is sent

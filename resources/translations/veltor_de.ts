@@ -84,34 +84,34 @@
         <translation>Locator</translation>
     </message>
     <message id="distance.meters.long">
-        <source>%&apos;lld m</source>
+        <source>%&apos;lld&#xa0;m</source>
         <extracomment>Long Meters Distance</extracomment>
-        <translation>%&apos;lld m</translation>
+        <translation>%&apos;lld&#xa0;m</translation>
     </message>
     <message id="distance.kilometers.long.fractional">
-        <source>%.2f km</source>
+        <source>%.2f&#xa0;km</source>
         <extracomment>Long Kilometers Distance</extracomment>
-        <translation>%.2f km</translation>
+        <translation>%.2f&#xa0;km</translation>
     </message>
     <message id="distance.kilometers.long.integral">
-        <source>%&apos;lld km</source>
+        <source>%&apos;lld&#xa0;km</source>
         <extracomment>Long Kilometers Distance</extracomment>
-        <translation>%&apos;lld km</translation>
+        <translation>%&apos;lld&#xa0;km</translation>
     </message>
     <message id="distance.feet.long">
-        <source>%&apos;lld ft</source>
+        <source>%&apos;lld&#xa0;ft</source>
         <extracomment>Long Feet Distance</extracomment>
-        <translation>%&apos;lld ft</translation>
+        <translation>%&apos;lld&#xa0;ft</translation>
     </message>
     <message id="distance.miles.long.fractional">
-        <source>%.2f mi</source>
+        <source>%.2f&#xa0;mi</source>
         <extracomment>Long Miles Distance</extracomment>
-        <translation>%.2f mi</translation>
+        <translation>%.2f&#xa0;mi</translation>
     </message>
     <message id="distance.miles.long.integral">
-        <source>%&apos;lld mi</source>
+        <source>%&apos;lld&#xa0;mi</source>
         <extracomment>Long Miles Distance</extracomment>
-        <translation>%&apos;lld mi</translation>
+        <translation>%&apos;lld&#xa0;mi</translation>
     </message>
     <message id="map.attribution.default">
         <source>Map tiles: %1</source>
@@ -174,9 +174,9 @@
         <translation>Locator</translation>
     </message>
     <message id="toolbar.accuracy">
-        <source>± %1</source>
+        <source>±&#xa0;%1</source>
         <extracomment>Label showing accuracy of tracked location</extracomment>
-        <translation>± %1</translation>
+        <translation>±&#xa0;%1</translation>
     </message>
     <message id="app.name">
         <source>Veltor</source>
@@ -234,9 +234,9 @@
         <translation>Koordinaten</translation>
     </message>
     <message id="settings.distance-format">
-        <source>Accuracy units</source>
-        <extracomment>Row and picker title for the units of the accuracy read-out</extracomment>
-        <translation>Einheiten der Genauigkeit</translation>
+        <source>Distance units</source>
+        <extracomment>Row and picker title for the units of every distance: accuracy, cell edges, target</extracomment>
+        <translation>Entfernungseinheiten</translation>
     </message>
     <message id="format.distance.metric.name">
         <source>Metric</source>
@@ -326,38 +326,23 @@
         <translation> oder </translation>
     </message>
     <message id="grid-position.uncertain">
-        <source>%1, or %2 within ± %3</source>
+        <source>%1, or %2 within ±&#xa0;%3</source>
         <extracomment>The fix&apos;s locator, the other locators its accuracy circle reaches into, the accuracy</extracomment>
-        <translation>%1, oder %2 innerhalb ± %3</translation>
+        <translation>%1, oder %2 innerhalb ±&#xa0;%3</translation>
     </message>
     <message id="grid-position.uncertain-spoken">
         <source>Uncertain: %1, or %2 within plus or minus %3</source>
         <extracomment>Spoken: the fix&apos;s locator, the other locators it may be in, the accuracy</extracomment>
         <translation>Unsicher: %1, oder %2 innerhalb plus minus %3</translation>
     </message>
-    <message id="grid-position.edges">
-        <source>N %1 · S %2 · E %3 · W %4</source>
-        <extracomment>The distances to the four edges of the locator cell: north, south, east, west</extracomment>
-        <translation>N %1 · S %2 · O %3 · W %4</translation>
-    </message>
     <message id="grid-position.edges-spoken">
         <source>Grid position: north edge %1, south edge %2, east edge %3, west edge %4.</source>
         <extracomment>Spoken: the distances to the four edges of the locator cell</extracomment>
         <translation>Position im Feld: Nordrand %1, Südrand %2, Ostrand %3, Westrand %4.</translation>
     </message>
-    <message id="grid-position.nearest-pole">
-        <source>Nearest edge %1, the pole. Corner %2 at %3°: %4</source>
-        <extracomment>The nearest edge of the cell is a pole; then the nearest corner, its distance, its bearing in degrees and the cells that meet there</extracomment>
-        <translation>Nächster Rand %1, der Pol. Ecke %2 bei %3°: %4</translation>
-    </message>
     <message id="grid-position.nearest-pole-spoken">
         <source>Nearest edge %1, at the pole. Nearest corner %2 at %3 degrees, where %4 meet.</source>
         <translation>Nächster Rand %1, am Pol. Nächste Ecke %2 bei %3 Grad, wo %4 zusammentreffen.</translation>
-    </message>
-    <message id="grid-position.nearest">
-        <source>Nearest edge %1, %2 beyond. Corner %3 at %4°: %5</source>
-        <extracomment>The nearest edge of the cell and the cell across it; then the nearest corner, its distance, its bearing in degrees and the cells that meet there</extracomment>
-        <translation>Nächster Rand %1, dahinter %2. Ecke %3 bei %4°: %5</translation>
     </message>
     <message id="grid-position.nearest-spoken">
         <source>Nearest edge %1, with %2 beyond. Nearest corner %3 at %4 degrees, where %5 meet.</source>
@@ -408,15 +393,10 @@
         <extracomment>Button that removes the target</extracomment>
         <translation>Ziel entfernen</translation>
     </message>
-    <message id="target.path">
-        <source>Target %1: %2 at %3°, long path %4 at %5°</source>
-        <extracomment>The target&apos;s locator, the distance and true bearing to it, then the long path&apos;s</extracomment>
-        <translation>Ziel %1: %2 bei %3°, langer Weg %4 bei %5°</translation>
-    </message>
     <message id="target.path-spoken">
         <source>Target %1: %2, bearing %3 degrees; long path %4, bearing %5 degrees</source>
         <extracomment>Spoken: the target&apos;s locator spelled out, distance and bearing, the long path&apos;s</extracomment>
-        <translation>Ziel %1: %2, Richtung %3 Grad; langer Weg %4, Richtung %5 Grad</translation>
+        <translation>Ziel %1: %2, Richtung %3 Grad; Long Path %4, Richtung %5 Grad</translation>
     </message>
     <message id="proof.save">
         <source>Save Proof</source>
@@ -434,11 +414,11 @@
         <translation>Der Nachweis kann nicht in %1 gespeichert werden</translation>
     </message>
     <message id="fix.stale" numerus="yes">
-        <source>Stale fix: %n s old</source>
+        <source>Stale fix: %n&#xa0;s old</source>
         <extracomment>The live fix is older than it should be; its age in whole seconds</extracomment>
         <translation>
-            <numerusform>Veraltete Position: %n s alt</numerusform>
-            <numerusform>Veraltete Position: %n s alt</numerusform>
+            <numerusform>Veraltete Position: %n&#xa0;s alt</numerusform>
+            <numerusform>Veraltete Position: %n&#xa0;s alt</numerusform>
         </translation>
     </message>
     <message id="fix.stale-spoken" numerus="yes">
@@ -731,9 +711,9 @@
         <translation>Sichtbarer Bereich</translation>
     </message>
     <message id="keep-area.radius">
-        <source>%L1 km Around the Point</source>
+        <source>%L1&#xa0;km Around the Point</source>
         <extracomment>Keep the map within this many kilometres of the point</extracomment>
-        <translation>%L1 km um den Punkt</translation>
+        <translation>%L1&#xa0;km um den Punkt</translation>
     </message>
     <message id="keep-area.step-down">
         <source>%1, one level lower</source>
@@ -786,9 +766,9 @@
         <translation>Bereich um %1</translation>
     </message>
     <message id="keep-area.plan">
-        <source>%1 tiles, about %2 MB</source>
+        <source>%1 tiles, about %2&#xa0;MB</source>
         <extracomment>What a download would take: tiles, and megabytes with one decimal</extracomment>
-        <translation>%1 Kacheln, etwa %2 MB</translation>
+        <translation>%1 Kacheln, etwa %2&#xa0;MB</translation>
     </message>
     <message id="keep-area.needs-online">
         <source>Choose OpenStreetMap, OpenTopoMap or your own tile server under Settings › Map source to keep an area of it. The offline basemap and map files need no download.</source>
@@ -891,24 +871,24 @@
         <translation>Position</translation>
     </message>
     <message id="gps.error.gpsd-silent">
-        <source>gpsd at %1 has sent no reports for %2 s.</source>
+        <source>gpsd at %1 has sent no reports for %2&#xa0;s.</source>
         <extracomment>Tracking ended: gpsd is reachable but says nothing of a receiver; %1 HOST:PORT, %2 seconds</extracomment>
-        <translation>gpsd unter %1 hat seit %2 s nichts gemeldet.</translation>
+        <translation>gpsd unter %1 hat seit %2&#xa0;s nichts gemeldet.</translation>
     </message>
     <message id="gps.error.gpsd-gone">
-        <source>gpsd at %1 has been gone for %2 s.</source>
+        <source>gpsd at %1 has been gone for %2&#xa0;s.</source>
         <extracomment>Tracking ended: gpsd went away and did not come back; %1 HOST:PORT, %2 seconds</extracomment>
-        <translation>gpsd unter %1 ist seit %2 s nicht erreichbar.</translation>
+        <translation>gpsd unter %1 ist seit %2&#xa0;s nicht erreichbar.</translation>
     </message>
     <message id="gps.error.gpsd-connect">
-        <source>Cannot connect to gpsd at %1 within %2 s.</source>
+        <source>Cannot connect to gpsd at %1 within %2&#xa0;s.</source>
         <extracomment>Tracking ended: gpsd could not be reached; %1 HOST:PORT, %2 seconds</extracomment>
-        <translation>Keine Verbindung zu gpsd unter %1 innerhalb von %2 s.</translation>
+        <translation>Keine Verbindung zu gpsd unter %1 innerhalb von %2&#xa0;s.</translation>
     </message>
     <message id="gps.error.no-fix">
-        <source>No position fix for %1 min: tracking has stopped.</source>
+        <source>No position fix for %1&#xa0;min: tracking has stopped.</source>
         <extracomment>Tracking ended: the receiver talked but found no position for this long; %1 minutes</extracomment>
-        <translation>Seit %1 min keine Position: Verfolgung beendet.</translation>
+        <translation>Seit %1&#xa0;min keine Position: Verfolgung beendet.</translation>
     </message>
     <message id="gps.error.device-open">
         <source>Cannot open the GPS device %1: %2.</source>
@@ -956,9 +936,9 @@
         <translation>Das NMEA-Protokoll %1 ist zu Ende.</translation>
     </message>
     <message id="gps.error.connect-timeout">
-        <source>Cannot connect to the GPS source %1 within %2 s.</source>
+        <source>Cannot connect to the GPS source %1 within %2&#xa0;s.</source>
         <extracomment>Tracking ended: the NMEA stream could not be reached in time; %1 HOST:PORT, %2 seconds</extracomment>
-        <translation>Keine Verbindung zur GPS-Quelle %1 innerhalb von %2 s.</translation>
+        <translation>Keine Verbindung zur GPS-Quelle %1 innerhalb von %2&#xa0;s.</translation>
     </message>
     <message id="gps.error.not-nmea">
         <source>The GPS source %1 sends no NMEA data.</source>
@@ -966,9 +946,9 @@
         <translation>Die GPS-Quelle %1 sendet keine NMEA-Daten.</translation>
     </message>
     <message id="gps.error.silent">
-        <source>The GPS source %1 has sent nothing for %2 s.</source>
+        <source>The GPS source %1 has sent nothing for %2&#xa0;s.</source>
         <extracomment>Tracking ended: the GPS source has fallen silent; %1 the source, %2 seconds</extracomment>
-        <translation>Die GPS-Quelle %1 hat seit %2 s nichts gesendet.</translation>
+        <translation>Die GPS-Quelle %1 hat seit %2&#xa0;s nichts gesendet.</translation>
     </message>
     <message id="gps.error.system-access">
         <source>The system positioning service refused access to the position.</source>
@@ -1019,6 +999,88 @@
         <source>As Long as It Takes</source>
         <extracomment>Tracking waits for a fix for as long as the receiver talks</extracomment>
         <translation>So lange wie nötig</translation>
+    </message>
+    <message id="field-tools.folded">
+        <source>Field tools: %1</source>
+        <extracomment>Spoken name of the line that unfolds the field instruments; %1 what it shows folded</extracomment>
+        <translation>Feldwerkzeuge: %1</translation>
+    </message>
+    <message id="field-tools.unfold">
+        <source>Unfolds the field tools</source>
+        <extracomment>Spoken hint of that line, folded</extracomment>
+        <translation>Klappt die Feldwerkzeuge auf</translation>
+    </message>
+    <message id="field-tools.fold">
+        <source>Folds the field tools</source>
+        <extracomment>Spoken hint of that line, unfolded</extracomment>
+        <translation>Klappt die Feldwerkzeuge zu</translation>
+    </message>
+    <message id="target.to">
+        <source>To %1</source>
+        <extracomment>Over the way to the target: the target&apos;s locator</extracomment>
+        <translation>Nach %1</translation>
+    </message>
+    <message id="grid-position.north-letter">
+        <source>N</source>
+        <extracomment>The compass letter of north, beside the distance to the cell&apos;s north edge</extracomment>
+        <translation>N</translation>
+    </message>
+    <message id="grid-position.south-letter">
+        <source>S</source>
+        <translation>S</translation>
+    </message>
+    <message id="grid-position.east-letter">
+        <source>E</source>
+        <translation>O</translation>
+    </message>
+    <message id="grid-position.west-letter">
+        <source>W</source>
+        <translation>W</translation>
+    </message>
+    <message id="grid-position.edge">
+        <source>%1 %2</source>
+        <extracomment>An edge&apos;s compass letter and the distance to it, on a side of the cell&apos;s square</extracomment>
+        <translation>%1 %2</translation>
+    </message>
+    <message id="grid-position.corner">
+        <source>Corner %1 at %2°</source>
+        <extracomment>The nearest corner of the cell: its distance and bearing in degrees</extracomment>
+        <translation>Ecke %1 bei %2°</translation>
+    </message>
+    <message id="grid-position.summary-pole">
+        <source>Edge %1, the pole</source>
+        <extracomment>Folded field panel: the nearest edge, which is a pole</extracomment>
+        <translation>Rand %1, der Pol</translation>
+    </message>
+    <message id="grid-position.summary">
+        <source>Edge %1 → %2</source>
+        <extracomment>Folded field panel: the nearest edge and its distance, the cell beyond</extracomment>
+        <translation>Rand %1 → %2</translation>
+    </message>
+    <message id="grid-position.detail">
+        <source>%1 · %2</source>
+        <extracomment>Under the cell&apos;s square: the nearest edge (as in the folded panel), then the corner</extracomment>
+        <translation>%1 · %2</translation>
+    </message>
+    <message id="target.secondary">
+        <source>Long path %1 at %2° · Contest %3&#xa0;km</source>
+        <extracomment>Under the target&apos;s distance: the long path&apos;s distance and bearing, then the distance as IARU Region 1 VHF contests score it, in whole kilometres</extracomment>
+        <translation>Long Path %1 bei %2° · Contest %3&#xa0;km</translation>
+    </message>
+    <message id="target.summary">
+        <source>Target %1 at %2°</source>
+        <extracomment>Folded field panel: the distance and bearing to the target</extracomment>
+        <translation>Ziel %1 bei %2°</translation>
+    </message>
+    <message id="map.scale-bar">
+        <source>Scale bar: %1</source>
+        <extracomment>Spoken: the length of the map&apos;s scale bar</extracomment>
+        <translation>Maßstab: %1</translation>
+    </message>
+    <message id="crossing.banner">
+        <source>Entering %1</source>
+        <extracomment>Banner over the map when a live fix enters another locator cell</extracomment>
+        <translation>Jetzt in %1</translation>
     </message>
 </context>
 </TS>

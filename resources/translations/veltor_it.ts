@@ -84,34 +84,34 @@
         <translation>Locatore</translation>
     </message>
     <message id="distance.meters.long">
-        <source>%&apos;lld m</source>
+        <source>%&apos;lld&#xa0;m</source>
         <extracomment>Long Meters Distance</extracomment>
-        <translation>%&apos;lld m</translation>
+        <translation>%&apos;lld&#xa0;m</translation>
     </message>
     <message id="distance.kilometers.long.fractional">
-        <source>%.2f km</source>
+        <source>%.2f&#xa0;km</source>
         <extracomment>Long Kilometers Distance</extracomment>
-        <translation>%.2f km</translation>
+        <translation>%.2f&#xa0;km</translation>
     </message>
     <message id="distance.kilometers.long.integral">
-        <source>%&apos;lld km</source>
+        <source>%&apos;lld&#xa0;km</source>
         <extracomment>Long Kilometers Distance</extracomment>
-        <translation>%&apos;lld km</translation>
+        <translation>%&apos;lld&#xa0;km</translation>
     </message>
     <message id="distance.feet.long">
-        <source>%&apos;lld ft</source>
+        <source>%&apos;lld&#xa0;ft</source>
         <extracomment>Long Feet Distance</extracomment>
-        <translation>%&apos;lld ft</translation>
+        <translation>%&apos;lld&#xa0;ft</translation>
     </message>
     <message id="distance.miles.long.fractional">
-        <source>%.2f mi</source>
+        <source>%.2f&#xa0;mi</source>
         <extracomment>Long Miles Distance</extracomment>
-        <translation>%.2f mi</translation>
+        <translation>%.2f&#xa0;mi</translation>
     </message>
     <message id="distance.miles.long.integral">
-        <source>%&apos;lld mi</source>
+        <source>%&apos;lld&#xa0;mi</source>
         <extracomment>Long Miles Distance</extracomment>
-        <translation>%&apos;lld mi</translation>
+        <translation>%&apos;lld&#xa0;mi</translation>
     </message>
     <message id="map.attribution.default">
         <source>Map tiles: %1</source>
@@ -174,9 +174,9 @@
         <translation>Locatore</translation>
     </message>
     <message id="toolbar.accuracy">
-        <source>± %1</source>
+        <source>±&#xa0;%1</source>
         <extracomment>Label showing accuracy of tracked location</extracomment>
-        <translation>± %1</translation>
+        <translation>±&#xa0;%1</translation>
     </message>
     <message id="app.name">
         <source>Veltor</source>
@@ -234,9 +234,9 @@
         <translation>Coordinate</translation>
     </message>
     <message id="settings.distance-format">
-        <source>Accuracy units</source>
-        <extracomment>Row and picker title for the units of the accuracy read-out</extracomment>
-        <translation>Unità di precisione</translation>
+        <source>Distance units</source>
+        <extracomment>Row and picker title for the units of every distance: accuracy, cell edges, target</extracomment>
+        <translation>Unità di distanza</translation>
     </message>
     <message id="format.distance.metric.name">
         <source>Metric</source>
@@ -326,38 +326,23 @@
         <translation> o </translation>
     </message>
     <message id="grid-position.uncertain">
-        <source>%1, or %2 within ± %3</source>
+        <source>%1, or %2 within ±&#xa0;%3</source>
         <extracomment>The fix&apos;s locator, the other locators its accuracy circle reaches into, the accuracy</extracomment>
-        <translation>%1, o %2 entro ± %3</translation>
+        <translation>%1, o %2 entro ±&#xa0;%3</translation>
     </message>
     <message id="grid-position.uncertain-spoken">
         <source>Uncertain: %1, or %2 within plus or minus %3</source>
         <extracomment>Spoken: the fix&apos;s locator, the other locators it may be in, the accuracy</extracomment>
         <translation>Incerto: %1, o %2 entro più o meno %3</translation>
     </message>
-    <message id="grid-position.edges">
-        <source>N %1 · S %2 · E %3 · W %4</source>
-        <extracomment>The distances to the four edges of the locator cell: north, south, east, west</extracomment>
-        <translation>N %1 · S %2 · E %3 · O %4</translation>
-    </message>
     <message id="grid-position.edges-spoken">
         <source>Grid position: north edge %1, south edge %2, east edge %3, west edge %4.</source>
         <extracomment>Spoken: the distances to the four edges of the locator cell</extracomment>
         <translation>Posizione nel quadrato: bordo nord %1, bordo sud %2, bordo est %3, bordo ovest %4.</translation>
     </message>
-    <message id="grid-position.nearest-pole">
-        <source>Nearest edge %1, the pole. Corner %2 at %3°: %4</source>
-        <extracomment>The nearest edge of the cell is a pole; then the nearest corner, its distance, its bearing in degrees and the cells that meet there</extracomment>
-        <translation>Bordo più vicino %1, il polo. Angolo %2 a %3°: %4</translation>
-    </message>
     <message id="grid-position.nearest-pole-spoken">
         <source>Nearest edge %1, at the pole. Nearest corner %2 at %3 degrees, where %4 meet.</source>
         <translation>Bordo più vicino %1, al polo. Angolo più vicino %2 a %3 gradi, dove si incontrano %4.</translation>
-    </message>
-    <message id="grid-position.nearest">
-        <source>Nearest edge %1, %2 beyond. Corner %3 at %4°: %5</source>
-        <extracomment>The nearest edge of the cell and the cell across it; then the nearest corner, its distance, its bearing in degrees and the cells that meet there</extracomment>
-        <translation>Bordo più vicino %1, oltre %2. Angolo %3 a %4°: %5</translation>
     </message>
     <message id="grid-position.nearest-spoken">
         <source>Nearest edge %1, with %2 beyond. Nearest corner %3 at %4 degrees, where %5 meet.</source>
@@ -408,15 +393,10 @@
         <extracomment>Button that removes the target</extracomment>
         <translation>Cancella obiettivo</translation>
     </message>
-    <message id="target.path">
-        <source>Target %1: %2 at %3°, long path %4 at %5°</source>
-        <extracomment>The target&apos;s locator, the distance and true bearing to it, then the long path&apos;s</extracomment>
-        <translation>Obiettivo %1: %2 a %3°, percorso lungo %4 a %5°</translation>
-    </message>
     <message id="target.path-spoken">
         <source>Target %1: %2, bearing %3 degrees; long path %4, bearing %5 degrees</source>
         <extracomment>Spoken: the target&apos;s locator spelled out, distance and bearing, the long path&apos;s</extracomment>
-        <translation>Obiettivo %1: %2, direzione %3 gradi; percorso lungo %4, direzione %5 gradi</translation>
+        <translation>Obiettivo %1: %2, direzione %3 gradi; long path %4, direzione %5 gradi</translation>
     </message>
     <message id="proof.save">
         <source>Save Proof</source>
@@ -434,11 +414,11 @@
         <translation>Impossibile salvare la prova in %1</translation>
     </message>
     <message id="fix.stale" numerus="yes">
-        <source>Stale fix: %n s old</source>
+        <source>Stale fix: %n&#xa0;s old</source>
         <extracomment>The live fix is older than it should be; its age in whole seconds</extracomment>
         <translation>
-            <numerusform>Posizione vecchia: %n s</numerusform>
-            <numerusform>Posizione vecchia: %n s</numerusform>
+            <numerusform>Posizione vecchia: %n&#xa0;s</numerusform>
+            <numerusform>Posizione vecchia: %n&#xa0;s</numerusform>
         </translation>
     </message>
     <message id="fix.stale-spoken" numerus="yes">
@@ -731,9 +711,9 @@
         <translation>Area visibile</translation>
     </message>
     <message id="keep-area.radius">
-        <source>%L1 km Around the Point</source>
+        <source>%L1&#xa0;km Around the Point</source>
         <extracomment>Keep the map within this many kilometres of the point</extracomment>
-        <translation>%L1 km attorno al punto</translation>
+        <translation>%L1&#xa0;km attorno al punto</translation>
     </message>
     <message id="keep-area.step-down">
         <source>%1, one level lower</source>
@@ -786,9 +766,9 @@
         <translation>Area intorno a %1</translation>
     </message>
     <message id="keep-area.plan">
-        <source>%1 tiles, about %2 MB</source>
+        <source>%1 tiles, about %2&#xa0;MB</source>
         <extracomment>What a download would take: tiles, and megabytes with one decimal</extracomment>
-        <translation>%1 tile, circa %2 MB</translation>
+        <translation>%1 tile, circa %2&#xa0;MB</translation>
     </message>
     <message id="keep-area.needs-online">
         <source>Choose OpenStreetMap, OpenTopoMap or your own tile server under Settings › Map source to keep an area of it. The offline basemap and map files need no download.</source>
@@ -891,24 +871,24 @@
         <translation>Posizione</translation>
     </message>
     <message id="gps.error.gpsd-silent">
-        <source>gpsd at %1 has sent no reports for %2 s.</source>
+        <source>gpsd at %1 has sent no reports for %2&#xa0;s.</source>
         <extracomment>Tracking ended: gpsd is reachable but says nothing of a receiver; %1 HOST:PORT, %2 seconds</extracomment>
-        <translation>gpsd su %1 non ha inviato dati per %2 s.</translation>
+        <translation>gpsd su %1 non ha inviato dati per %2&#xa0;s.</translation>
     </message>
     <message id="gps.error.gpsd-gone">
-        <source>gpsd at %1 has been gone for %2 s.</source>
+        <source>gpsd at %1 has been gone for %2&#xa0;s.</source>
         <extracomment>Tracking ended: gpsd went away and did not come back; %1 HOST:PORT, %2 seconds</extracomment>
-        <translation>gpsd su %1 è scomparso da %2 s.</translation>
+        <translation>gpsd su %1 è scomparso da %2&#xa0;s.</translation>
     </message>
     <message id="gps.error.gpsd-connect">
-        <source>Cannot connect to gpsd at %1 within %2 s.</source>
+        <source>Cannot connect to gpsd at %1 within %2&#xa0;s.</source>
         <extracomment>Tracking ended: gpsd could not be reached; %1 HOST:PORT, %2 seconds</extracomment>
-        <translation>Impossibile collegarsi a gpsd su %1 entro %2 s.</translation>
+        <translation>Impossibile collegarsi a gpsd su %1 entro %2&#xa0;s.</translation>
     </message>
     <message id="gps.error.no-fix">
-        <source>No position fix for %1 min: tracking has stopped.</source>
+        <source>No position fix for %1&#xa0;min: tracking has stopped.</source>
         <extracomment>Tracking ended: the receiver talked but found no position for this long; %1 minutes</extracomment>
-        <translation>Nessuna posizione da %1 min: tracciamento interrotto.</translation>
+        <translation>Nessuna posizione da %1&#xa0;min: tracciamento interrotto.</translation>
     </message>
     <message id="gps.error.device-open">
         <source>Cannot open the GPS device %1: %2.</source>
@@ -956,9 +936,9 @@
         <translation>Il registro NMEA %1 è terminato.</translation>
     </message>
     <message id="gps.error.connect-timeout">
-        <source>Cannot connect to the GPS source %1 within %2 s.</source>
+        <source>Cannot connect to the GPS source %1 within %2&#xa0;s.</source>
         <extracomment>Tracking ended: the NMEA stream could not be reached in time; %1 HOST:PORT, %2 seconds</extracomment>
-        <translation>Impossibile collegarsi alla sorgente GPS %1 entro %2 s.</translation>
+        <translation>Impossibile collegarsi alla sorgente GPS %1 entro %2&#xa0;s.</translation>
     </message>
     <message id="gps.error.not-nmea">
         <source>The GPS source %1 sends no NMEA data.</source>
@@ -966,9 +946,9 @@
         <translation>La sorgente GPS %1 non invia dati NMEA.</translation>
     </message>
     <message id="gps.error.silent">
-        <source>The GPS source %1 has sent nothing for %2 s.</source>
+        <source>The GPS source %1 has sent nothing for %2&#xa0;s.</source>
         <extracomment>Tracking ended: the GPS source has fallen silent; %1 the source, %2 seconds</extracomment>
-        <translation>La sorgente GPS %1 non invia nulla da %2 s.</translation>
+        <translation>La sorgente GPS %1 non invia nulla da %2&#xa0;s.</translation>
     </message>
     <message id="gps.error.system-access">
         <source>The system positioning service refused access to the position.</source>
@@ -1019,6 +999,88 @@
         <source>As Long as It Takes</source>
         <extracomment>Tracking waits for a fix for as long as the receiver talks</extracomment>
         <translation>Quanto serve</translation>
+    </message>
+    <message id="field-tools.folded">
+        <source>Field tools: %1</source>
+        <extracomment>Spoken name of the line that unfolds the field instruments; %1 what it shows folded</extracomment>
+        <translation>Strumenti da campo: %1</translation>
+    </message>
+    <message id="field-tools.unfold">
+        <source>Unfolds the field tools</source>
+        <extracomment>Spoken hint of that line, folded</extracomment>
+        <translation>Apre gli strumenti da campo</translation>
+    </message>
+    <message id="field-tools.fold">
+        <source>Folds the field tools</source>
+        <extracomment>Spoken hint of that line, unfolded</extracomment>
+        <translation>Chiude gli strumenti da campo</translation>
+    </message>
+    <message id="target.to">
+        <source>To %1</source>
+        <extracomment>Over the way to the target: the target&apos;s locator</extracomment>
+        <translation>Verso %1</translation>
+    </message>
+    <message id="grid-position.north-letter">
+        <source>N</source>
+        <extracomment>The compass letter of north, beside the distance to the cell&apos;s north edge</extracomment>
+        <translation>N</translation>
+    </message>
+    <message id="grid-position.south-letter">
+        <source>S</source>
+        <translation>S</translation>
+    </message>
+    <message id="grid-position.east-letter">
+        <source>E</source>
+        <translation>E</translation>
+    </message>
+    <message id="grid-position.west-letter">
+        <source>W</source>
+        <translation>O</translation>
+    </message>
+    <message id="grid-position.edge">
+        <source>%1 %2</source>
+        <extracomment>An edge&apos;s compass letter and the distance to it, on a side of the cell&apos;s square</extracomment>
+        <translation>%1 %2</translation>
+    </message>
+    <message id="grid-position.corner">
+        <source>Corner %1 at %2°</source>
+        <extracomment>The nearest corner of the cell: its distance and bearing in degrees</extracomment>
+        <translation>Angolo a %1, %2°</translation>
+    </message>
+    <message id="grid-position.summary-pole">
+        <source>Edge %1, the pole</source>
+        <extracomment>Folded field panel: the nearest edge, which is a pole</extracomment>
+        <translation>Bordo %1, il polo</translation>
+    </message>
+    <message id="grid-position.summary">
+        <source>Edge %1 → %2</source>
+        <extracomment>Folded field panel: the nearest edge and its distance, the cell beyond</extracomment>
+        <translation>Bordo %1 → %2</translation>
+    </message>
+    <message id="grid-position.detail">
+        <source>%1 · %2</source>
+        <extracomment>Under the cell&apos;s square: the nearest edge (as in the folded panel), then the corner</extracomment>
+        <translation>%1 · %2</translation>
+    </message>
+    <message id="target.secondary">
+        <source>Long path %1 at %2° · Contest %3&#xa0;km</source>
+        <extracomment>Under the target&apos;s distance: the long path&apos;s distance and bearing, then the distance as IARU Region 1 VHF contests score it, in whole kilometres</extracomment>
+        <translation>Long path %1 a %2° · Contest %3&#xa0;km</translation>
+    </message>
+    <message id="target.summary">
+        <source>Target %1 at %2°</source>
+        <extracomment>Folded field panel: the distance and bearing to the target</extracomment>
+        <translation>Obiettivo %1 a %2°</translation>
+    </message>
+    <message id="map.scale-bar">
+        <source>Scale bar: %1</source>
+        <extracomment>Spoken: the length of the map&apos;s scale bar</extracomment>
+        <translation>Scala: %1</translation>
+    </message>
+    <message id="crossing.banner">
+        <source>Entering %1</source>
+        <extracomment>Banner over the map when a live fix enters another locator cell</extracomment>
+        <translation>Ingresso in %1</translation>
     </message>
 </context>
 </TS>

@@ -68,7 +68,6 @@ int AppWindow::start(const AppCommandLine &commandLine)
         LocationTrackingSystem::setSharedSource(*commandLine.gpsSource);
     LocationTrackingSystem::sharedSystem();
 
-    m_crossingAlert = std::make_unique<GridCrossingAlert>();
     m_gridPublisher = std::make_unique<StationGridPublisher>();
     m_engine = std::make_unique<QQmlApplicationEngine>();
     // Qt 6.4 does not look for modules in the resources by itself; ours is at qrc:/Veltor.

@@ -71,6 +71,32 @@ QPainterPath GlyphImageProvider::glyphPath(QStringView name)
         lines.lineTo(17, 2);
         lines.lineTo(21, 6);
         path = stroker.createStroke(lines);
+    } else if (name == u"bearing") {
+        // An arrow pointing up, turned to a bearing by whoever shows it: round its centre.
+        path.moveTo(17, 1);
+        path.lineTo(25, 20);
+        path.lineTo(17, 15.5);
+        path.lineTo(9, 20);
+        path.closeSubpath();
+    } else if (name == u"plus" || name == u"minus") {
+        // Bars of a stepper or a zoom button, heavier than a font's plus and minus.
+        path.addRect(QRectF(8, 10.5, 18, 3));
+        if (name == u"plus")
+            path.addRect(QRectF(15.5, 3, 3, 18));
+        path.setFillRule(Qt::WindingFill);
+    } else if (name == u"unfold" || name == u"fold") {
+        // A chevron pointing down (to unfold) or up.
+        QPainterPathStroker stroker;
+        stroker.setWidth(2.6);
+        stroker.setCapStyle(Qt::RoundCap);
+        stroker.setJoinStyle(Qt::RoundJoin);
+        QPainterPath chevron;
+        const double tip = name == u"unfold" ? 16 : 8;
+        const double ends = name == u"unfold" ? 8 : 16;
+        chevron.moveTo(10, ends);
+        chevron.lineTo(17, tip);
+        chevron.lineTo(24, ends);
+        path = stroker.createStroke(chevron);
     } else if (name == u"settings") {
         // A gear: a ring with eight teeth.
         const QPointF centre(17, 12);

@@ -2,7 +2,9 @@
 
 const MapPalette &MapPalette::day()
 {
-    static const MapPalette palette{QColor(213, 225, 232),
+    // Water is dark enough against land to tell them apart at 3:1; the grid keeps its own
+    // colours of the day appearance.
+    static const MapPalette palette{QColor(0x3f, 0x6d, 0x96),
                                     QColor(244, 240, 230),
                                     QColor(140, 160, 176),
                                     QColor(170, 160, 156),
@@ -20,7 +22,7 @@ const MapPalette &MapPalette::day()
                                     QColor(0x1a, 0x73, 0xe8, 150),
                                     QColor(0x1a, 0x73, 0xe8, 40),
                                     QColor(0, 0, 0, 0),
-                                    QColor(160, 188, 210),
+                                    QColor(0x3f, 0x6d, 0x96),
                                     QColor(0x2c, 0x2c, 0x34),
                                     QColor(244, 240, 230, 210)};
     return palette;
@@ -28,12 +30,13 @@ const MapPalette &MapPalette::day()
 
 const MapPalette &MapPalette::night()
 {
-    static const MapPalette palette{QColor(0x0c, 0x12, 0x18),
+    // Dark land, with water lighter by 3:1 so that lakes and coasts still read at night.
+    static const MapPalette palette{QColor(0x3d, 0x70, 0xa0),
                                     QColor(0x1c, 0x22, 0x28),
                                     QColor(0x5a, 0x6a, 0x78),
                                     QColor(0x4a, 0x46, 0x44),
                                     QColor(0xb4, 0xc2, 0xcc, 0x80),
-                                    QColor(0x10, 0x16, 0x1c, 0xa8),
+                                    QColor(0x10, 0x16, 0x1c, 0xe0),
                                     QColor(0xc8, 0xd2, 0xda),
                                     QColor(0x10, 0x16, 0x1c, 0xc0),
                                     QColor(0xff, 0xb0, 0x20),
@@ -46,22 +49,24 @@ const MapPalette &MapPalette::night()
                                     QColor(0x5a, 0x9c, 0xf0, 150),
                                     QColor(0x5a, 0x9c, 0xf0, 40),
                                     QColor(0xb4, 0xc2, 0xcc),
-                                    QColor(0x26, 0x3a, 0x4e),
+                                    QColor(0x3d, 0x70, 0xa0),
                                     QColor(0xc8, 0xd2, 0xda),
-                                    QColor(0x10, 0x16, 0x1c, 0xc0)};
+                                    QColor(0x1c, 0x22, 0x28, 0xc0)};
     return palette;
 }
 
 const MapPalette &MapPalette::red()
 {
+    // Black land, red water and bright red lines and names over black halos: nothing but red,
+    // and every meaningful line and name still readable.
     static const MapPalette palette{
-        QColor(0, 0, 0),         QColor(0x1c, 0, 0),       QColor(0x60, 0, 0),
-        QColor(0x40, 0, 0),      QColor(0x90, 0, 0, 0xa0), QColor(0, 0, 0, 0xa8),
-        QColor(0xb0, 0, 0),      QColor(0, 0, 0, 0xc0),    QColor(0xc8, 0, 0),
+        QColor(0xc8, 0, 0),      QColor(0, 0, 0),          QColor(0x90, 0, 0),
+        QColor(0x60, 0, 0),      QColor(0xff, 0, 0, 0xd0), QColor(0, 0, 0, 0xe6),
+        QColor(0xff, 0, 0),      QColor(0, 0, 0, 0xd0),    QColor(0xff, 0, 0),
         QColor(0x50, 0, 0),      QColor(0x70, 0, 0),       QColor(0xff, 0, 0, 60),
-        QColor(0xc8, 0, 0),      QColor(0x20, 0, 0),       QColor(0, 0, 0, 90),
-        QColor(0xc8, 0, 0, 150), QColor(0xc8, 0, 0, 40),   QColor(0xb0, 0, 0),
-        QColor(0x08, 0, 0),      QColor(0xb0, 0, 0),       QColor(0, 0, 0, 0xc0)};
+        QColor(0xff, 0, 0),      QColor(0x20, 0, 0),       QColor(0, 0, 0, 90),
+        QColor(0xff, 0, 0, 150), QColor(0xff, 0, 0, 40),   QColor(0xb0, 0, 0),
+        QColor(0xc8, 0, 0),      QColor(0xff, 0, 0),       QColor(0, 0, 0, 0xd0)};
     return palette;
 }
 

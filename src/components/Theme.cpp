@@ -2,36 +2,57 @@
 
 #include "GlyphImageProvider.h"
 
+#include <QLocale>
+
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace {
 
 struct Palette
 {
-    QColor window, surface, text, caption, tint, keyFace, divider, warning, scrim, mapControl,
-        mapControlText;
+    QColor window, surface, text, caption, secondaryText, tint, keyFace, divider, control,
+        warning, scrim, mapControl, mapControlText;
 };
 
+// Every text stands at 4.5:1 or more against what it is drawn on, and every meaningful graphic
+// (a switch's track, an outline, a focus ring) at 3:1 (ThemeTest computes each pair). Red keeps
+// to red on black, its hierarchy by brightness: values brightest, secondary text just dimmer.
 const Palette &paletteFor(Appearance appearance)
 {
     static const std::array<Palette, 3> palettes{{
-        // Day: white keys with blue text on light surfaces.
+        // Day: white keys with blue text on light surfaces. The caption colour is the light grey
+        // of the caption style, which no text that must be read uses.
         {QColor(0xff, 0xff, 0xff), QColor(0xf2, 0xf3, 0xf5), veltorTextColor(),
-         QColor::fromRgbF(2.0 / 3, 2.0 / 3, 2.0 / 3), QColor(0x0a, 0x5f, 0xc2),
-         QColor(0xff, 0xff, 0xff), QColor(0xc6, 0xc9, 0xce), QColor(0xfd, 0xe3, 0xd8),
-         QColor(0, 0, 0, 0x66), QColor(0xff, 0xff, 0xff, 0xe6), veltorTextColor()},
+         QColor::fromRgbF(2.0 / 3, 2.0 / 3, 2.0 / 3), QColor(0x55, 0x5a, 0x60),
+         QColor(0x0a, 0x5f, 0xc2), QColor(0xff, 0xff, 0xff), QColor(0xc6, 0xc9, 0xce),
+         QColor(0x70, 0x76, 0x7e), QColor(0xfd, 0xe3, 0xd8), QColor(0, 0, 0, 0x66),
+         QColor(0xff, 0xff, 0xff, 0xf0), veltorTextColor()},
         // Night: dark surfaces with amber, readable without lighting up a tent.
         {QColor(0x10, 0x16, 0x1c), QColor(0x18, 0x21, 0x2a), QColor(0xe6, 0xeb, 0xef),
-         QColor(0x8a, 0xa0, 0xb2), QColor(0xff, 0xb0, 0x20), QColor(0x1b, 0x25, 0x2f),
-         QColor(0x2e, 0x3b, 0x47), QColor(0x5a, 0x2a, 0x1a), QColor(0, 0, 0, 0x99),
-         QColor(0x18, 0x21, 0x2a, 0xe6), QColor(0xe6, 0xeb, 0xef)},
-        // Red: black and deep red only, nothing brighter than it must be.
-        {QColor(0, 0, 0), QColor(0x0c, 0, 0), QColor(0xb0, 0, 0), QColor(0x78, 0, 0),
-         QColor(0xc8, 0, 0), QColor(0, 0, 0), QColor(0x40, 0, 0), QColor(0x30, 0, 0),
-         QColor(0, 0, 0, 0xb3), QColor(0, 0, 0, 0xe6), QColor(0xb0, 0, 0)},
+         QColor(0x9a, 0xa8, 0xb6), QColor(0xa8, 0xb6, 0xc4), QColor(0xff, 0xb0, 0x20),
+         QColor(0x1b, 0x25, 0x2f), QColor(0x2e, 0x3b, 0x47), QColor(0x80, 0x92, 0xa4),
+         QColor(0x5a, 0x2a, 0x1a), QColor(0, 0, 0, 0x99), QColor(0x18, 0x21, 0x2a, 0xf0),
+         QColor(0xe6, 0xeb, 0xef)},
+        // Red: black and red only, nothing brighter than it must be to be read.
+        {QColor(0, 0, 0), QColor(0x0c, 0, 0), QColor(0xff, 0, 0), QColor(0xee, 0, 0),
+         QColor(0xee, 0, 0), QColor(0xff, 0, 0), QColor(0, 0, 0), QColor(0x40, 0, 0),
+         QColor(0xc8, 0, 0), QColor(0x30, 0, 0), QColor(0, 0, 0, 0xb3), QColor(0, 0, 0, 0xf0),
+         QColor(0xff, 0, 0)},
     }};
     return palettes.at(static_cast<std::size_t>(appearance));
+}
+
+double channel(double value)
+{
+    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+}
+
+double relativeLuminance(const QColor &colour)
+{
+    return 0.2126 * channel(colour.redF()) + 0.7152 * channel(colour.greenF()) +
+           0.0722 * channel(colour.blueF());
 }
 
 QFont systemFont(qreal pointSize, QFont::Weight weight = QFont::Normal)
@@ -74,6 +95,14 @@ QColor Theme::textColor() const
 QColor Theme::captionColor() const
 {
     return paletteFor(m_appearance).caption;
+}
+QColor Theme::secondaryTextColor() const
+{
+    return paletteFor(m_appearance).secondaryText;
+}
+QColor Theme::controlColor() const
+{
+    return paletteFor(m_appearance).control;
 }
 QColor Theme::tintColor() const
 {
@@ -120,8 +149,16 @@ QFont Theme::body2Font()
 QFont Theme::captionFont()
 {
     QFont font = systemFont(15.0);
-    font.setItalic(true);
+    const QLocale::Script script = QLocale().script();
+    font.setItalic(script != QLocale::HanScript && script != QLocale::SimplifiedHanScript &&
+                   script != QLocale::TraditionalHanScript && script != QLocale::JapaneseScript &&
+                   script != QLocale::KoreanScript);
     return font;
+}
+
+QFont Theme::secondaryFont()
+{
+    return systemFont(15.0);
 }
 
 QFont Theme::underlineButtonFont()
@@ -139,6 +176,19 @@ QFont Theme::keypadInputFont()
 QFont Theme::readoutFont()
 {
     return systemFont(22.0, QFont::Medium);
+}
+
+double Theme::contrast(const QColor &foreground, const QColor &background)
+{
+    // What is seen is the foreground laid over the background.
+    const double alpha = foreground.alphaF();
+    const QColor seen = QColor::fromRgbF(
+        float(foreground.redF() * alpha + background.redF() * (1.0 - alpha)),
+        float(foreground.greenF() * alpha + background.greenF() * (1.0 - alpha)),
+        float(foreground.blueF() * alpha + background.blueF() * (1.0 - alpha)));
+    const double a = relativeLuminance(seen);
+    const double b = relativeLuminance(background);
+    return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
 }
 
 qreal Theme::hairline(qreal devicePixelRatio)

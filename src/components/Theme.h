@@ -29,7 +29,11 @@ class Theme : public QObject
     Q_PROPERTY(QColor windowColor READ windowColor NOTIFY appearanceChanged)
     Q_PROPERTY(QColor surfaceColor READ surfaceColor NOTIFY appearanceChanged)
     Q_PROPERTY(QColor textColor READ textColor NOTIFY appearanceChanged)
+    // The caption style's own colour; text that must be read takes secondaryTextColor.
     Q_PROPERTY(QColor captionColor READ captionColor NOTIFY appearanceChanged)
+    Q_PROPERTY(QColor secondaryTextColor READ secondaryTextColor NOTIFY appearanceChanged)
+    // Meaningful graphics that are not text: a switch's track when off, outlines of controls.
+    Q_PROPERTY(QColor controlColor READ controlColor NOTIFY appearanceChanged)
     Q_PROPERTY(QColor tintColor READ tintColor NOTIFY appearanceChanged)
     Q_PROPERTY(QColor keyFaceColor READ keyFaceColor NOTIFY appearanceChanged)
     Q_PROPERTY(QColor dividerColor READ dividerColor NOTIFY appearanceChanged)
@@ -41,12 +45,15 @@ class Theme : public QObject
     Q_PROPERTY(QFont body1Font READ body1Font CONSTANT)
     Q_PROPERTY(QFont body2Font READ body2Font CONSTANT)
     Q_PROPERTY(QFont captionFont READ captionFont CONSTANT)
+    Q_PROPERTY(QFont secondaryFont READ secondaryFont CONSTANT)
     Q_PROPERTY(QFont underlineButtonFont READ underlineButtonFont CONSTANT)
     Q_PROPERTY(QFont keyFont READ keyFont CONSTANT)
     Q_PROPERTY(QFont keypadInputFont READ keypadInputFont CONSTANT)
     Q_PROPERTY(QFont readoutFont READ readoutFont CONSTANT)
     // A gloved finger needs a target this big, in points; keys are never smaller.
     Q_PROPERTY(qreal minimumTouchSize READ minimumTouchSize CONSTANT)
+    // Nothing that is pressed is smaller than this, in points, on either side.
+    Q_PROPERTY(qreal minimumTargetSize READ minimumTargetSize CONSTANT)
     Q_PROPERTY(qreal spacing READ spacing CONSTANT)
     // Dims a pressed underline button at once; the release fades back over this time.
     Q_PROPERTY(qreal pressedOpacity READ pressedOpacity CONSTANT)
@@ -63,6 +70,8 @@ public:
     QColor surfaceColor() const;
     QColor textColor() const;
     QColor captionColor() const;
+    QColor secondaryTextColor() const;
+    QColor controlColor() const;
     QColor tintColor() const;
     QColor keyFaceColor() const;
     QColor dividerColor() const;
@@ -74,13 +83,17 @@ public:
     static QFont titleFont();
     static QFont body1Font();
     static QFont body2Font();
+    // Italic, as the caption style is, except in scripts that have no italics (Chinese,
+    // Japanese, Korean), where slanting only smears the strokes.
     static QFont captionFont();
+    static QFont secondaryFont();
     static QFont underlineButtonFont();
     static QFont keyFont();
     static QFont keypadInputFont();
     static QFont readoutFont();
 
     static constexpr qreal minimumTouchSize() { return 56.0; }
+    static constexpr qreal minimumTargetSize() { return 48.0; }
     static constexpr qreal spacing() { return 12.0; }
     static constexpr qreal pressedOpacity() { return 0.3; }
     static constexpr int releaseFadeMs() { return 250; }
@@ -92,6 +105,9 @@ public:
     }
     // A key that cannot be pressed now shows its title faintly.
     Q_INVOKABLE static qreal keyContentOpacity(bool enabled) { return enabled ? 1.0 : 0.35; }
+    // The contrast ratio of a colour laid over another, as the accessibility guidelines
+    // define it: 1 to 21.
+    static double contrast(const QColor &foreground, const QColor &background);
     // One device pixel, in points.
     Q_INVOKABLE static qreal hairline(qreal devicePixelRatio);
     // What a key says to a screen reader: its accessibility title, else its title.

@@ -21,10 +21,16 @@ GridCrossingAlert::GridCrossingAlert(ApplicationStateSystem &state, PreferencesS
                                      Announcer announcer, QObject *parent)
     : QObject(parent), m_state(state), m_preferences(preferences), m_announcer(std::move(announcer))
 {
+    m_bannerTimer.setSingleShot(true);
+    m_bannerTimer.setInterval(bannerDuration);
+    connect(&m_bannerTimer, &QTimer::timeout, this, &GridCrossingAlert::bannerChanged);
     connect(&m_state, &ApplicationStateSystem::coordinateChanged, this, &GridCrossingAlert::fix);
-    // Tracking that ends, or a new precision, starts afresh from wherever the next fix is.
-    connect(&m_state, &ApplicationStateSystem::coordinateIsLiveTrackedChanged, this,
-            [this] { m_detector.reset(); });
+    // Tracking that ends, or a new precision, starts afresh from wherever the next fix is. The
+    // flag is written with every fix, so only its fall counts.
+    connect(&m_state, &ApplicationStateSystem::coordinateIsLiveTrackedChanged, this, [this] {
+        if (!m_state.coordinateIsLiveTracked())
+            m_detector.reset();
+    });
     m_settingObserver.emplace(QString(PreferencesSystemCrossingAlertDidChangeNotification),
                               &m_preferences, [this](auto &&...) { m_detector.reset(); },
                               m_preferences.notificationCenter());
@@ -52,6 +58,12 @@ void GridCrossingAlert::fix()
         m_state.coordinateAccuracy().value_or(std::numeric_limits<double>::quiet_NaN());
     if (const auto cell = m_detector->update(m_state.coordinate(), accuracy)) {
         m_announcer(*cell, m_preferences.speakCrossings());
+        //: Banner over the map when a live fix enters another locator cell
+        //% "Entering %1"
+        m_bannerText = qtTrId("crossing.banner").arg(*cell);
+        m_bannerAccessibilityLabel = spokenText(*cell);
+        m_bannerTimer.start();
+        emit bannerChanged();
         emit entered(*cell);
     }
 }

@@ -26,18 +26,18 @@ DistanceReadout DistanceFormatter::metricReadout(double meters)
     const std::int64_t m = roundedWhole(meters);
     if (m >= -999 && m <= 999) {
         //: Long Meters Distance
-        //% "%'lld m"
+        //% "%'lld m"
         return {QT_TRID_NOOP("distance.meters.long"), m};
     }
     // Kilometres are worked out in single precision; the fractional read-out shows it.
     const float km = static_cast<float>(m) * 0.001f;
     if (std::fabs(km) < 10.0f) {
         //: Long Kilometers Distance
-        //% "%.2f km"
+        //% "%.2f km"
         return {QT_TRID_NOOP("distance.kilometers.long.fractional"), double(km)};
     }
     //: Long Kilometers Distance
-    //% "%'lld km"
+    //% "%'lld km"
     return {QT_TRID_NOOP("distance.kilometers.long.integral"), roundedWhole(double(km))};
 }
 
@@ -47,16 +47,16 @@ DistanceReadout DistanceFormatter::imperialReadout(double meters)
     const double miles = feet / 5280.0;
     if (std::fabs(miles) < 0.25) {
         //: Long Feet Distance
-        //% "%'lld ft"
+        //% "%'lld ft"
         return {QT_TRID_NOOP("distance.feet.long"), roundedWhole(feet)};
     }
     if (std::fabs(miles) < 10.0) {
         //: Long Miles Distance
-        //% "%.2f mi"
+        //% "%.2f mi"
         return {QT_TRID_NOOP("distance.miles.long.fractional"), miles};
     }
     //: Long Miles Distance
-    //% "%'lld mi"
+    //% "%'lld mi"
     return {QT_TRID_NOOP("distance.miles.long.integral"), roundedWhole(miles)};
 }
 

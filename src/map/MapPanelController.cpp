@@ -3,10 +3,13 @@
 #include "ApplicationStateSystem.h"
 #include "LocationTrackingSystem.h"
 #include "MapSource.h"
+#include "GridLevelOverlay.h"
 #include "MbtilesTileSource.h"
 #include "OfflineBasemapSource.h"
 #include "OnlineTileSource.h"
 #include "PlaceIndex.h"
+#include "PlaceLabelLayout.h"
+#include "PlaceNameOverlay.h"
 #include "PreferencesSystem.h"
 
 #include "CoordinateFormatter.h"
@@ -18,6 +21,7 @@
 #include <QTimer>
 #include <QUrl>
 
+#include <cmath>
 #include <cstdio>
 
 MapPanelController::MapPanelController(QObject *parent)
@@ -46,13 +50,20 @@ MapPanelController::MapPanelController(ApplicationStateSystem &state,
     connect(&m_state, &ApplicationStateSystem::coordinateAccuracyChanged, this,
             &MapPanelController::updateUserLocation);
     const auto regrid = [this](const QString &, const QObject *) { updateGridOverlay(); };
+    m_observers.emplace_back(
+        QString(PreferencesSystemDistanceFormatDidChangeNotification), &m_preferences,
+        [this](const QString &, const QObject *) { updateScaleBar(); },
+        m_preferences.notificationCenter());
     m_observers.emplace_back(QString(PreferencesSystemVeltorFormatDidChangeNotification),
                              &m_preferences, regrid, m_preferences.notificationCenter());
     m_observers.emplace_back(QString(PreferencesSystemShowGridDidChangeNotification),
                              &m_preferences, regrid, m_preferences.notificationCenter());
     m_observers.emplace_back(
         QString(PreferencesSystemMapSourceDidChangeNotification), &m_preferences,
-        [this](const QString &, const QObject *) { useMapSource(); },
+        [this](const QString &, const QObject *) {
+            useMapSource();
+            updatePlaceNames();
+        },
         m_preferences.notificationCenter());
 }
 
@@ -137,6 +148,9 @@ void MapPanelController::attach()
         connect(m_map, &MapView::regionWillChange, this, &MapPanelController::regionChanged));
     m_mapConnections.push_back(
         connect(m_map, &MapView::regionDidChange, this, &MapPanelController::regionChanged));
+    m_mapConnections.push_back(
+        connect(m_map, &MapView::regionChanged, this, &MapPanelController::updateScaleBar));
+    updateScaleBar();
     m_animateMapScroll = false;
     updateCoordinateDisplay();
     updateGridOverlay();
@@ -155,6 +169,12 @@ void MapPanelController::detach()
     m_pin.reset();
     m_map->removeOverlay(m_gridRenderer.get());
     m_showingGridOverlay = false;
+    if (m_gridLevels)
+        m_map->removeOverlay(m_gridLevels.get());
+    m_gridLevels.reset();
+    if (m_placeNames)
+        m_map->removeOverlay(m_placeNames.get());
+    m_placeNames.reset();
 }
 
 void MapPanelController::updateCoordinateDisplay()
@@ -204,12 +224,34 @@ void MapPanelController::updateGridOverlay()
         m_showingGridOverlay = false;
         m_map->removeOverlay(rendererForOverlay(&m_gridOverlay));
     }
+    if (m_gridLevels)
+        m_map->removeOverlay(m_gridLevels.get());
+    m_gridLevels.reset();
     if (m_preferences.showGrid()) {
         m_showingGridOverlay = true;
         // Off the map, so no tile is being drawn at the old precision.
         m_gridRenderer->setPrecision(m_preferences.veltorFormat());
         m_map->addOverlay(rendererForOverlay(&m_gridOverlay));
+        m_gridLevels = std::make_unique<GridLevelOverlay>(m_preferences.veltorFormat(),
+                                                          MapPalette::forAppearance(m_appearance));
+        m_map->addOverlay(m_gridLevels.get());
     }
+    updatePlaceNames();
+}
+
+void MapPanelController::updatePlaceNames()
+{
+    if (!m_map || !m_complete)
+        return;
+    // Added after the grid, so drawn over it; made anew for the palette of the appearance.
+    if (m_placeNames)
+        m_map->removeOverlay(m_placeNames.get());
+    m_placeNames.reset();
+    if (!m_drawsOwnBasemap)
+        return;
+    m_placeNames = std::make_unique<PlaceNameOverlay>(PlaceLabelLayout::shared(),
+                                                      MapPalette::forAppearance(m_appearance));
+    m_map->addOverlay(m_placeNames.get());
 }
 
 OverlayRenderer *MapPanelController::rendererForOverlay(const VeltorGridOverlay *overlay)
@@ -217,6 +259,30 @@ OverlayRenderer *MapPanelController::rendererForOverlay(const VeltorGridOverlay 
     if (overlay != &m_gridOverlay)
         qFatal("No renderer for overlay %p", static_cast<const void *>(overlay));
     return m_gridRenderer.get();
+}
+
+QString MapPanelController::scaleBarAccessibilityLabel() const
+{
+    //: Spoken: the length of the map's scale bar
+    //% "Scale bar: %1"
+    return qtTrId("map.scale-bar").arg(m_scaleBar.text);
+}
+
+void MapPanelController::updateScaleBar()
+{
+    if (!m_map || !(m_map->zoomScale() > 0.0))
+        return;
+    // A screen point spans the world's width over the map points of the world, shrunk by the
+    // parallel's length, over the zoom scale.
+    constexpr double equator = 40075016.686;
+    const double metresPerPoint = equator * std::cos(qDegreesToRadians(m_map->centerLatitude())) /
+                                  (mapWorldWidth * m_map->zoomScale());
+    const ScaleBar bar =
+        ScaleBar::of(metresPerPoint, m_preferences.distanceFormat(), scaleBarRoom);
+    if (bar.length == m_scaleBar.length && bar.text == m_scaleBar.text)
+        return;
+    m_scaleBar = bar;
+    emit scaleBarChanged();
 }
 
 void MapPanelController::regionChanged()

@@ -3,6 +3,7 @@
 #include "LimitedCoordinateRangeTransformer.h"
 #include "MapView.h"
 #include "NotificationObserver.h"
+#include "ScaleBar.h"
 #include "VeltorGridGeometry.h"
 #include "VeltorGridOverlayRenderer.h"
 
@@ -37,6 +38,12 @@ class MapPanelController : public QObject, public QQmlParserStatus
     Q_PROPERTY(Appearances::Appearance appearance READ appearance WRITE setAppearance NOTIFY
                    appearanceChanged)
     Q_PROPERTY(bool tracking READ tracking NOTIFY trackingChanged)
+    // The scale bar at the map's centre, in the user's distance units: its length in points
+    // and its text.
+    Q_PROPERTY(double scaleBarLength READ scaleBarLength NOTIFY scaleBarChanged)
+    Q_PROPERTY(QString scaleBarText READ scaleBarText NOTIFY scaleBarChanged)
+    Q_PROPERTY(QString scaleBarAccessibilityLabel READ scaleBarAccessibilityLabel NOTIFY
+                   scaleBarChanged)
     Q_PROPERTY(QString trackingButtonTitle READ trackingButtonTitle NOTIFY trackingChanged)
     Q_PROPERTY(QString trackingButtonAccessibilityTitle READ trackingButtonAccessibilityTitle NOTIFY
                    trackingChanged)
@@ -64,6 +71,11 @@ public:
     void setInitialZoomLevel(double level);
 
     bool tracking() const;
+    double scaleBarLength() const { return m_scaleBar.length; }
+    QString scaleBarText() const { return m_scaleBar.text; }
+    QString scaleBarAccessibilityLabel() const;
+    // The longest the scale bar may be, in points.
+    static constexpr double scaleBarRoom = 120.0;
     QString trackingButtonTitle() const;
     QString trackingButtonAccessibilityTitle() const;
     QString trackingButtonAccessibilityHint() const;
@@ -105,6 +117,7 @@ signals:
     void initialZoomLevelChanged();
     void tabletChanged();
     void appearanceChanged();
+    void scaleBarChanged();
     void trackingChanged();
     void shareSheetRequested();
     void keepAreaRequested();
@@ -117,6 +130,8 @@ private:
     void updateCoordinateDisplay();
     void updateUserLocation();
     void updateGridOverlay();
+    void updatePlaceNames();
+    void updateScaleBar();
     void regionChanged();
     // A new grid renderer for the idiom and the appearance, with the old one off the map first.
     void replaceGridRenderer();
@@ -135,6 +150,11 @@ private:
     bool m_tablet = false;
     Appearance m_appearance = Appearance::Day;
     std::unique_ptr<VeltorGridOverlayRenderer> m_gridRenderer;
+    // The grid's coarser edges, heavier; and the big places' names over the grid, while the
+    // offline basemap is the map.
+    std::unique_ptr<OverlayRenderer> m_gridLevels;
+    std::unique_ptr<OverlayRenderer> m_placeNames;
+    ScaleBar m_scaleBar;
     std::unique_ptr<MapPointAnnotation> m_pin;
     bool m_animateMapScroll = false;
     // The map shows the offline basemap alone, which the map itself redraws in a new palette.

@@ -2,6 +2,7 @@
 
 #include "ApplicationStateSystem.h"
 #include "PreferencesSystem.h"
+#include "Theme.h"
 
 CoordinatePanelViewController::CoordinatePanelViewController(QObject *parent)
     : CoordinatePanelViewController(ApplicationStateSystem::sharedSystem(),
@@ -55,6 +56,7 @@ void CoordinatePanelViewController::refreshLatitude()
                                QStringLiteral("north"), QStringLiteral("south")};
     refreshAxis(m_state.coordinate().latitude, latitude, m_latitudeText, m_latitudeAccessibilityLabel);
     emit latitudeChanged();
+    refit();
 }
 
 void CoordinatePanelViewController::refreshLongitude()
@@ -64,6 +66,7 @@ void CoordinatePanelViewController::refreshLongitude()
     refreshAxis(m_state.coordinate().longitude, longitude, m_longitudeText,
                 m_longitudeAccessibilityLabel);
     emit longitudeChanged();
+    refit();
 }
 
 void CoordinatePanelViewController::refreshVeltor()
@@ -72,6 +75,54 @@ void CoordinatePanelViewController::refreshVeltor()
     m_veltorText = m_veltorFormatter.stringFromCoordinate(m_state.coordinate());
     m_veltorAccessibilityLabel = spelledOut(m_veltorText);
     emit veltorChanged();
+    refit();
+}
+
+void CoordinatePanelViewController::setAvailableWidth(qreal width)
+{
+    if (qFuzzyCompare(width, m_availableWidth))
+        return;
+    m_availableWidth = width;
+    refit();
+}
+
+QFont CoordinatePanelViewController::readoutFont() const
+{
+    QFont font = Theme::readoutFont();
+    font.setPixelSize(qRound(m_readoutFit.pixelSize));
+    return font;
+}
+
+QFont CoordinatePanelViewController::veltorFont() const
+{
+    QFont font = Theme::titleFont();
+    font.setPixelSize(qRound(m_veltorFit.pixelSize));
+    return font;
+}
+
+void CoordinatePanelViewController::setCaptionWidth(qreal width)
+{
+    if (qFuzzyCompare(width, m_captionWidth))
+        return;
+    m_captionWidth = width;
+    refit();
+}
+
+void CoordinatePanelViewController::refit()
+{
+    const ReadoutFit readouts =
+        ReadoutFit::of({m_latitudeText, m_longitudeText}, Theme::readoutFont(), m_availableWidth,
+                       Theme::spacing(), m_captionWidth);
+    // The locator keeps its caption beside it where latitude and longitude do.
+    const ReadoutFit veltor =
+        ReadoutFit::of({m_veltorText}, Theme::titleFont(), m_availableWidth, Theme::spacing(),
+                       readouts.stacked ? m_captionWidth : 0.0);
+    if (readouts.stacked == m_readoutFit.stacked && readouts.pixelSize == m_readoutFit.pixelSize &&
+        veltor.pixelSize == m_veltorFit.pixelSize)
+        return;
+    m_readoutFit = readouts;
+    m_veltorFit = veltor;
+    emit fitChanged();
 }
 
 QString CoordinatePanelViewController::veltor2AccessibilityLabel() const

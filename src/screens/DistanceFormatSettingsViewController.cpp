@@ -23,8 +23,8 @@ DistanceFormatSettingsViewController::DistanceFormatSettingsViewController(Prefe
 
 QString DistanceFormatSettingsViewController::settingTitle()
 {
-    //: Row and picker title for the units of the accuracy read-out
-    //% "Accuracy units"
+    //: Row and picker title for the units of every distance: accuracy, cell edges, target
+    //% "Distance units"
     return qtTrId("settings.distance-format");
 }
 

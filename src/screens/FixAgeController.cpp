@@ -54,12 +54,14 @@ void FixAgeController::refreshReceiver()
 {
     m_receiverText.clear();
     m_receiverAccessibilityLabel.clear();
+    m_failed = false;
     const ReceiverStatus status =
         m_tracking ? m_tracking->locationManager().receiverStatus() : ReceiverStatus();
     const bool tracking = m_tracking && m_tracking->tracking();
     const bool live = m_state.coordinateIsLiveTracked();
     const QString failure = m_tracking ? m_tracking->failureText() : QString();
     if (!tracking && !failure.isEmpty() && failure != m_dismissedFailure) {
+        m_failed = true;
         m_receiverText = failure;
         m_receiverAccessibilityLabel = failure;
     } else if (status.reconnecting) {
@@ -150,7 +152,7 @@ void FixAgeController::refresh()
     if (stale) {
         const int seconds = int(age / 1000);
         //: The live fix is older than it should be; its age in whole seconds
-        //% "Stale fix: %n s old"
+        //% "Stale fix: %n s old"
         m_text = qtTrId("fix.stale", seconds);
         //: Spoken: the live fix is older than it should be; its age in whole seconds
         //% "Stale fix, %n seconds old"

@@ -25,6 +25,8 @@ class FixAgeController : public QObject
     // The receiver's own word on its fix while tracking, where it gives one.
     Q_PROPERTY(QString receiverText READ receiverText NOTIFY changed)
     Q_PROPERTY(QString receiverAccessibilityLabel READ receiverAccessibilityLabel NOTIFY changed)
+    // The receiver line says why tracking ended.
+    Q_PROPERTY(bool failed READ failed NOTIFY changed)
 
 public:
     static constexpr qint64 staleAfterMilliseconds = 5000;
@@ -42,6 +44,7 @@ public:
     QString accessibilityLabel() const { return m_accessibilityLabel; }
     QString receiverText() const { return m_receiverText; }
     QString receiverAccessibilityLabel() const { return m_receiverAccessibilityLabel; }
+    bool failed() const { return m_failed; }
 
     // Looks at the age of the last fix again; a timer does this every second while tracking.
     void refresh();
@@ -64,4 +67,5 @@ private:
     QTimer m_ticker;
     QString m_text, m_accessibilityLabel;
     QString m_receiverText, m_receiverAccessibilityLabel;
+    bool m_failed = false;
 };

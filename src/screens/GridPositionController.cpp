@@ -29,6 +29,27 @@ QString sideName(CellPosition::Side side)
     return {};
 }
 
+// The compass letter of an edge, beside its distance on the instrument.
+QString sideLetter(CellPosition::Side side)
+{
+    switch (side) {
+    case CellPosition::North:
+        //: The compass letter of north, beside the distance to the cell's north edge
+        //% "N"
+        return qtTrId("grid-position.north-letter");
+    case CellPosition::South:
+        //% "S"
+        return qtTrId("grid-position.south-letter");
+    case CellPosition::East:
+        //% "E"
+        return qtTrId("grid-position.east-letter");
+    case CellPosition::West:
+        //% "W"
+        return qtTrId("grid-position.west-letter");
+    }
+    return {};
+}
+
 // Locators as a screen reader should say them, one after another.
 QString spelledList(const QStringList &locators, const QString &separator)
 {
@@ -69,6 +90,7 @@ void GridPositionController::refreshUncertainty(const CellPosition &cell)
 {
     m_uncertainText.clear();
     m_uncertainAccessibilityLabel.clear();
+    m_uncertainSides = 0;
     const std::optional<double> accuracy = m_state.coordinateAccuracy();
     if (!m_state.coordinateIsLiveTracked() || !accuracy || !std::isfinite(*accuracy) ||
         *accuracy <= 0.0)
@@ -76,12 +98,17 @@ void GridPositionController::refreshUncertainty(const CellPosition &cell)
     const QStringList others = cell.cellsWithin(*accuracy);
     if (others.isEmpty())
         return;
+    for (const CellPosition::Side side :
+         {CellPosition::North, CellPosition::South, CellPosition::East, CellPosition::West}) {
+        if (!cell.edge(side).across.isEmpty() && cell.edge(side).metres <= *accuracy)
+            m_uncertainSides |= 1 << side;
+    }
     //: Between the other locators a fix may lie in, when its accuracy reaches over an edge
     //% " or "
     const QString orWord = qtTrId("grid-position.or");
     const QString within = distance(*accuracy);
     //: The fix's locator, the other locators its accuracy circle reaches into, the accuracy
-    //% "%1, or %2 within ± %3"
+    //% "%1, or %2 within ± %3"
     m_uncertainText = qtTrId("grid-position.uncertain").arg(cell.locator, others.join(orWord), within);
     //: Spoken: the fix's locator, the other locators it may be in, the accuracy
     //% "Uncertain: %1, or %2 within plus or minus %3"
@@ -97,6 +124,7 @@ void GridPositionController::refresh()
     if (!std::isfinite(point.latitude) || !std::isfinite(point.longitude)) {
         m_shown = false;
         m_uncertainText.clear();
+        m_uncertainSides = 0;
         emit changed();
         return;
     }
@@ -107,43 +135,60 @@ void GridPositionController::refresh()
         emit changed();
         return;
     }
+    m_locator = cell.locator;
+    m_edgeTexts.clear();
+    for (const CellPosition::Side side :
+         {CellPosition::North, CellPosition::South, CellPosition::East, CellPosition::West}) {
+        //: An edge's compass letter and the distance to it, on a side of the cell's square
+        //% "%1 %2"
+        m_edgeTexts.append(qtTrId("grid-position.edge")
+                               .arg(sideLetter(side), distance(cell.edge(side).metres)));
+    }
     const QString north = distance(cell.edge(CellPosition::North).metres);
     const QString south = distance(cell.edge(CellPosition::South).metres);
     const QString east = distance(cell.edge(CellPosition::East).metres);
     const QString west = distance(cell.edge(CellPosition::West).metres);
-    //: The distances to the four edges of the locator cell: north, south, east, west
-    //% "N %1 · S %2 · E %3 · W %4"
-    m_edgesText = qtTrId("grid-position.edges").arg(north, south, east, west);
 
     const CellPosition::Side side = cell.nearestSide();
-    const QString across = cell.edge(side).across;
+    m_nearestSide = side;
+    m_acrossText = cell.edge(side).across;
+    const bool northern = cell.corner.latitude >= point.latitude;
+    const bool eastern = cell.corner.longitude >= point.longitude;
+    m_nearestCorner = (northern ? 0 : 2) + (eastern ? 0 : 1);
     const QString corner = distance(cell.cornerMetres);
     const QString bearing = QString::number(std::lround(cell.cornerBearing) % 360);
-    const QString cells = cell.cornerLocators.join(QStringLiteral(", "));
+    //: The nearest corner of the cell: its distance and bearing in degrees
+    //% "Corner %1 at %2°"
+    m_cornerText = qtTrId("grid-position.corner").arg(corner, bearing);
+    const QString edge = qtTrId("grid-position.edge").arg(sideLetter(side), distance(cell.edge(side).metres));
+    m_summaryText = m_acrossText.isEmpty()
+                        //: Folded field panel: the nearest edge, which is a pole
+                        //% "Edge %1, the pole"
+                        ? qtTrId("grid-position.summary-pole").arg(edge)
+                        //: Folded field panel: the nearest edge and its distance, the cell beyond
+                        //% "Edge %1 → %2"
+                        : qtTrId("grid-position.summary").arg(edge, m_acrossText);
+    //: Under the cell's square: the nearest edge (as in the folded panel), then the corner
+    //% "%1 · %2"
+    m_detailText = qtTrId("grid-position.detail").arg(m_summaryText, m_cornerText);
+
     const QString spokenCells = spelledList(cell.cornerLocators, QStringLiteral(", "));
     const QString spokenEdges =
         //: Spoken: the distances to the four edges of the locator cell
         //% "Grid position: north edge %1, south edge %2, east edge %3, west edge %4."
         qtTrId("grid-position.edges-spoken").arg(north, south, east, west);
-    if (across.isEmpty()) {
-        //: The nearest edge of the cell is a pole; then the nearest corner, its distance, its
-        //: bearing in degrees and the cells that meet there
-        //% "Nearest edge %1, the pole. Corner %2 at %3°: %4"
-        m_nearestText = qtTrId("grid-position.nearest-pole").arg(sideName(side), corner, bearing, cells);
+    if (m_acrossText.isEmpty()) {
         //% "Nearest edge %1, at the pole. Nearest corner %2 at %3 degrees, where %4 meet."
         m_accessibilityLabel = spokenEdges + QLatin1Char(' ') +
                                qtTrId("grid-position.nearest-pole-spoken")
                                    .arg(sideName(side), corner, bearing, spokenCells);
     } else {
-        //: The nearest edge of the cell and the cell across it; then the nearest corner, its
-        //: distance, its bearing in degrees and the cells that meet there
-        //% "Nearest edge %1, %2 beyond. Corner %3 at %4°: %5"
-        m_nearestText = qtTrId("grid-position.nearest").arg(sideName(side), across, corner, bearing, cells);
         //% "Nearest edge %1, with %2 beyond. Nearest corner %3 at %4 degrees, where %5 meet."
         m_accessibilityLabel =
             spokenEdges + QLatin1Char(' ') +
             qtTrId("grid-position.nearest-spoken")
-                .arg(sideName(side), spelledOut(across).trimmed(), corner, bearing, spokenCells);
+                .arg(sideName(side), spelledOut(m_acrossText).trimmed(), corner, bearing,
+                     spokenCells);
     }
     emit changed();
 }

@@ -82,7 +82,7 @@ void KeepAreaController::setMap(MapView *map)
 QString KeepAreaController::nearAreaTitle()
 {
     //: Keep the map within this many kilometres of the point
-    //% "%L1 km Around the Point"
+    //% "%L1 km Around the Point"
     return qtTrId("keep-area.radius").arg(nearRadiusKm);
 }
 
@@ -171,7 +171,7 @@ QString KeepAreaController::planText() const
     const TileAreaDownloader::Plan plan = TileAreaDownloader::plan(job(), policy());
     const QLocale locale;
     //: What a download would take: tiles, and megabytes with one decimal
-    //% "%1 tiles, about %2 MB"
+    //% "%1 tiles, about %2 MB"
     return qtTrId("keep-area.plan")
         .arg(locale.toString(plan.totalTiles),
              locale.toString(std::max(0.1, double(plan.estimatedBytes) / 1e6), 'f', 1));

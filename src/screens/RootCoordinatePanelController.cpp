@@ -36,7 +36,7 @@ void RootCoordinatePanelController::refresh()
         m_distanceFormatter.setFormat(m_preferences.distanceFormat());
         if (const auto distance = m_distanceFormatter.stringForObjectValue(*accuracy)) {
             //: Label showing accuracy of tracked location
-            //% "± %1"
+            //% "± %1"
             m_accuracyText = qtTrId("toolbar.accuracy").arg(*distance);
             m_accuracyOpacity = 1.0;
         }

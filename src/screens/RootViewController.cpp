@@ -86,6 +86,37 @@ QRectF RootViewController::mapRect(qreal width, qreal height, qreal panelHeight,
     return {0.0, divider.bottom(), width, std::max(0.0, height - divider.bottom())};
 }
 
+bool RootViewController::panelShowsLocator(qreal width, qreal area, qreal window, qreal readouts,
+                                           qreal locator, qreal foldedTools) const
+{
+    if (isRegularWidth(width, area))
+        return true;
+    return readouts + locator + foldedTools <= area - window / 2;
+}
+
+bool RootViewController::fieldToolsFolded(FieldToolsFolding folding, qreal width, qreal area,
+                                          qreal window, qreal readouts, qreal locator,
+                                          qreal foldedTools, qreal tools) const
+{
+    if (isRegularWidth(width, area))
+        return false;
+    if (folding != FieldToolsFolding::Automatic)
+        return folding == FieldToolsFolding::Folded;
+    const qreal shownLocator =
+        panelShowsLocator(width, area, window, readouts, locator, foldedTools) ? locator : 0.0;
+    return readouts + shownLocator + tools > area - window / 2;
+}
+
+void RootViewController::setFieldToolsFolded(bool folded)
+{
+    const FieldToolsFolding folding =
+        folded ? FieldToolsFolding::Folded : FieldToolsFolding::Unfolded;
+    if (folding == m_fieldToolsFolding)
+        return;
+    m_fieldToolsFolding = folding;
+    emit fieldToolsFoldingChanged();
+}
+
 void RootViewController::setInitialScreen(const QString &screen)
 {
     if (screen == m_initialScreen)

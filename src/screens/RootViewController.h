@@ -20,13 +20,19 @@ class RootViewController : public QObject, public QQmlParserStatus
     Q_INTERFACES(QQmlParserStatus)
     Q_PROPERTY(QString bannerMessage READ bannerMessage NOTIFY bannerMessageChanged)
     Q_PROPERTY(bool bannerVisible READ bannerVisible NOTIFY bannerMessageChanged)
-    // A screen from screenNames(), opened once the root screen is complete; empty for none.
     // The device is a tablet (else a phone): how wide the layout counts in landscape.
     Q_PROPERTY(bool tablet READ isTablet WRITE setTablet NOTIFY tabletChanged)
+    // A screen from screenNames(), opened once the root screen is complete; empty for none.
     Q_PROPERTY(
         QString initialScreen READ initialScreen WRITE setInitialScreen NOTIFY initialScreenChanged)
+    // Whether the field tools fold by the room left for the map, or as the user last tapped.
+    Q_PROPERTY(FieldToolsFolding fieldToolsFolding READ fieldToolsFolding NOTIFY
+                   fieldToolsFoldingChanged)
 
 public:
+    enum class FieldToolsFolding { Automatic, Folded, Unfolded };
+    Q_ENUM(FieldToolsFolding)
+
     explicit RootViewController(QObject *parent = nullptr);
     RootViewController(LocationTrackingSystem &tracking, UserDefaults &defaults,
                        QObject *parent = nullptr);
@@ -51,6 +57,20 @@ public:
     Q_INVOKABLE QRectF mapRect(qreal width, qreal height, qreal panelHeight,
                                qreal devicePixelRatio) const;
 
+    // How the panel shares a narrow window with the map, which keeps at least half of the
+    // window's height: the field tools fold to one line, unless the user tapped them open (or
+    // shut), and in a window too short even then the locator shows in the toolbar alone. Heights
+    // are those the panel's parts would take: the latitude and longitude, the locator, the field
+    // tools folded and unfolded; AREA is the height under the toolbar, WINDOW the whole window's.
+    Q_INVOKABLE bool panelShowsLocator(qreal width, qreal area, qreal window, qreal readouts,
+                                       qreal locator, qreal foldedTools) const;
+    Q_INVOKABLE bool fieldToolsFolded(FieldToolsFolding folding, qreal width, qreal area,
+                                      qreal window, qreal readouts, qreal locator,
+                                      qreal foldedTools, qreal tools) const;
+    FieldToolsFolding fieldToolsFolding() const { return m_fieldToolsFolding; }
+    // The user's tap on the field tools' head: they stay that way at every window size.
+    Q_INVOKABLE void setFieldToolsFolded(bool folded);
+
     QString initialScreen() const { return m_initialScreen; }
     void setInitialScreen(const QString &screen);
 
@@ -67,6 +87,7 @@ signals:
     void bannerMessageChanged();
     void initialScreenChanged();
     void tabletChanged();
+    void fieldToolsFoldingChanged();
     void settingsRequested();
     void latitudeKeypadRequested();
     void longitudeKeypadRequested();
@@ -76,6 +97,7 @@ signals:
 
 private:
     bool m_tablet = false;
+    FieldToolsFolding m_fieldToolsFolding = FieldToolsFolding::Automatic;
     QString m_bannerMessage;
     QString m_initialScreen;
 };

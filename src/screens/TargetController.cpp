@@ -1,10 +1,13 @@
 #include "TargetController.h"
 
 #include "ApplicationStateSystem.h"
+#include "ContestDistance.h"
 #include "GeodesicPath.h"
 #include "PreferencesSystem.h"
 #include "TargetSystem.h"
 #include "VeltorFormatter.h"
+
+#include <QLocale>
 
 #include <cmath>
 
@@ -67,28 +70,47 @@ void TargetController::clearTarget()
     m_targets.setTarget(std::nullopt);
 }
 
+QString TargetController::toText() const
+{
+    //: Over the way to the target: the target's locator
+    //% "To %1"
+    return qtTrId("target.to").arg(m_locator);
+}
+
 void TargetController::refresh()
 {
-    m_text.clear();
+    m_locator.clear();
     m_accessibilityLabel.clear();
     if (const std::optional<Coordinate> target = m_targets.target()) {
         m_distanceFormatter.setFormat(m_preferences.distanceFormat());
-        const GeodesicPath path = GeodesicPath::between(m_state.coordinate(), *target);
+        const Coordinate point = m_state.coordinate();
+        const GeodesicPath path = GeodesicPath::between(point, *target);
         VeltorFormatter formatter;
         formatter.setFormat(m_preferences.veltorFormat());
-        const QString locator = formatter.stringFromCoordinate(*target);
+        m_locator = formatter.stringFromCoordinate(*target);
         const QString shortDistance =
             m_distanceFormatter.stringForObjectValue(path.shortMetres).value_or(QString());
         const QString longDistance =
             m_distanceFormatter.stringForObjectValue(path.longMetres).value_or(QString());
-        //: The target's locator, the distance and true bearing to it, then the long path's
-        //% "Target %1: %2 at %3°, long path %4 at %5°"
-        m_text = qtTrId("target.path").arg(locator, shortDistance, degrees(path.shortBearing),
-                                           longDistance, degrees(path.longBearing));
+        // The tables keep number and unit together with a no-break space: split there.
+        const qsizetype space = shortDistance.lastIndexOf(QChar(0x00a0));
+        m_distanceValue = space < 0 ? shortDistance : shortDistance.left(space);
+        m_distanceUnit = space < 0 ? QString() : shortDistance.mid(space + 1);
+        m_bearing = path.shortBearing;
+        m_bearingText = degrees(path.shortBearing) + QChar(0x00b0);
+        const QString contest = QLocale().toString(contestKilometres(point, *target));
+        //: Under the target's distance: the long path's distance and bearing, then the distance
+        //: as IARU Region 1 VHF contests score it, in whole kilometres
+        //% "Long path %1 at %2° · Contest %3 km"
+        m_secondaryText = qtTrId("target.secondary").arg(longDistance, degrees(path.longBearing),
+                                                          contest);
+        //: Folded field panel: the distance and bearing to the target
+        //% "Target %1 at %2°"
+        m_summaryText = qtTrId("target.summary").arg(shortDistance, degrees(path.shortBearing));
         //: Spoken: the target's locator spelled out, distance and bearing, the long path's
         //% "Target %1: %2, bearing %3 degrees; long path %4, bearing %5 degrees"
         m_accessibilityLabel = qtTrId("target.path-spoken")
-                                   .arg(spelledOut(locator).trimmed(), shortDistance,
+                                   .arg(spelledOut(m_locator).trimmed(), shortDistance,
                                         degrees(path.shortBearing), longDistance,
                                         degrees(path.longBearing));
     }

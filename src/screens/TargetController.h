@@ -13,15 +13,28 @@ class ApplicationStateSystem;
 class PreferencesSystem;
 class TargetSystem;
 
-// The way from the current point to the target: the geodesic distance and initial true bearing,
-// and the long path the other way round. It follows the point live while tracking, the units and
-// the locator precision; the share sheet sets the current point as target, and it can be cleared.
+// The way from the current point to the target, as an instrument: the geodesic distance large
+// with its unit, an arrow turned to the initial true bearing and the bearing in degrees; the long
+// path the other way round and the IARU contest distance beside it. It follows the point live
+// while tracking, the units and the locator precision; a screen reader hears it as one sentence.
 class TargetController : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(bool shown READ shown NOTIFY changed)
-    Q_PROPERTY(QString text READ text NOTIFY changed)
+    Q_PROPERTY(QString locator READ locator NOTIFY changed)
+    // Over the instrument: where the way goes.
+    Q_PROPERTY(QString toText READ toText NOTIFY changed)
+    // The distance split into its number and its unit, to set them in two sizes.
+    Q_PROPERTY(QString distanceValue READ distanceValue NOTIFY changed)
+    Q_PROPERTY(QString distanceUnit READ distanceUnit NOTIFY changed)
+    // Degrees clockwise from true north, to turn the arrow; and as a read-out.
+    Q_PROPERTY(double bearing READ bearing NOTIFY changed)
+    Q_PROPERTY(QString bearingText READ bearingText NOTIFY changed)
+    // The long path and the contest distance.
+    Q_PROPERTY(QString secondaryText READ secondaryText NOTIFY changed)
+    // One line for the folded field panel.
+    Q_PROPERTY(QString summaryText READ summaryText NOTIFY changed)
     Q_PROPERTY(QString accessibilityLabel READ accessibilityLabel NOTIFY changed)
     // Both ends of the way, for the line drawn on the map.
     Q_PROPERTY(double pointLatitude READ pointLatitude NOTIFY changed)
@@ -35,8 +48,15 @@ public:
     TargetController(ApplicationStateSystem &state, PreferencesSystem &preferences,
                      TargetSystem &targets, QObject *parent = nullptr);
 
-    bool shown() const { return !m_text.isEmpty(); }
-    QString text() const { return m_text; }
+    bool shown() const { return !m_locator.isEmpty(); }
+    QString locator() const { return m_locator; }
+    QString toText() const;
+    QString distanceValue() const { return m_distanceValue; }
+    QString distanceUnit() const { return m_distanceUnit; }
+    double bearing() const { return m_bearing; }
+    QString bearingText() const { return m_bearingText; }
+    QString secondaryText() const { return m_secondaryText; }
+    QString summaryText() const { return m_summaryText; }
     QString accessibilityLabel() const { return m_accessibilityLabel; }
     double pointLatitude() const;
     double pointLongitude() const;
@@ -60,5 +80,7 @@ private:
     TargetSystem &m_targets;
     DistanceFormatter m_distanceFormatter;
     std::optional<NotificationObserver> m_preferencesObserver;
-    QString m_text, m_accessibilityLabel;
+    QString m_locator, m_distanceValue, m_distanceUnit, m_bearingText, m_secondaryText,
+        m_summaryText, m_accessibilityLabel;
+    double m_bearing = 0.0;
 };

@@ -250,7 +250,7 @@ void LocationTrackingSystem::fixWaitExpired()
         return;
     const auto minutes = std::chrono::duration<double, std::ratio<60>>(*m_fixWaitLimit).count();
     //: Tracking ended: the receiver talked but found no position for this long; %1 minutes
-    //% "No position fix for %1 min: tracking has stopped."
+    //% "No position fix for %1 min: tracking has stopped."
     locationManagerFailed(qtTrId("gps.error.no-fix").arg(QLocale().toString(minutes)));
 }
 

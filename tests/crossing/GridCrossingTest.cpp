@@ -70,9 +70,16 @@ TEST_F(GridCrossingAlertTest, AlertsOnlyWhileTrackingAtTheChosenPrecision)
     const GridCrossingAlert alert(m_state, m_preferences, [&](const QString &cell, bool speak) {
         heard.emplace_back(cell, speak);
     });
+    // Each fix written as tracking writes it; a typed point only as a coordinate.
     const auto drive = [&](std::initializer_list<double> longitudes) {
-        for (const double longitude : longitudes)
+        for (const double longitude : longitudes) {
+            const bool live = m_state.coordinateIsLiveTracked();
             m_state.setCoordinate({48.52, longitude});
+            if (live) {
+                m_state.setCoordinateIsLiveTracked(true);
+                m_state.setCoordinateAccuracy(5.0);
+            }
+        }
     };
     m_state.setCoordinateIsLiveTracked(true);
     m_state.setCoordinateAccuracy(5.0);
@@ -91,8 +98,10 @@ TEST_F(GridCrossingAlertTest, AlertsOnlyWhileTrackingAtTheChosenPrecision)
                                                             {QStringLiteral("JN58"), true},
                                                             {QStringLiteral("JN68cm"), false}};
     EXPECT_EQ(heard, expected);
-    EXPECT_EQ(GridCrossingAlert::spokenText(QStringLiteral("JN68")),
-              QStringLiteral("Entering J N 6 8"));
+    // Seen as well as heard: the banner names the last cell entered, spelled for a screen reader.
+    EXPECT_TRUE(alert.bannerShown());
+    EXPECT_EQ(alert.bannerText(), QStringLiteral("Entering JN68cm"));
+    EXPECT_EQ(alert.bannerAccessibilityLabel(), QStringLiteral("Entering J N 6 8 c m"));
     // A stored value that is not a precision alerts reads as off.
     m_defaults.setObject(QStringLiteral("VeltorFormatTwoCharacters"),
                          m_preferences.crossingAlertKey);

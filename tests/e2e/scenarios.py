@@ -157,7 +157,7 @@ def settings_pickers(session):
         open_settings_picker(app, "Coordinates", sample)
         app.button("latitude " + sample + ", button")
     for units in ["Metric", "Imperial"]:
-        open_settings_picker(app, "Accuracy units", units)
+        open_settings_picker(app, "Distance units", units)
     for appearance in ["Night", "Red night", "Day"]:
         open_settings_picker(app, "Appearance", appearance)
     open_settings_picker(app, "Crossing alerts", "6 characters")
@@ -186,6 +186,8 @@ def settings_pickers(session):
     app.press("Grid position")
     wait_for("the grid position switch on", lambda: checked(app.button("Grid position")))
     app.press("Done")
+    # With a target as well, a phone keeps half its height for the map: the tools fold to a line.
+    app.press(prefix="Field tools: ")
     strip = app.find("label", prefix="Grid position: north edge ")
     expect(strip.name.endswith(" meet."), f"the strip names no corner: {strip.name!r}")
     app.quit()
@@ -195,24 +197,28 @@ def live_tracking(session):
     app = session.launch("--gps", str(session.data / "nmea" / "greenwich-stroll.nmea"))
     off_hint = app.button("Tracking disabled").description
     expect(off_hint, "the tracking button has no hint")
+    open_settings_picker(app, "Crossing alerts", "4 characters")
     app.press("Tracking disabled")
     wait_for("the hint for ending tracking",
              lambda: app.button("Tracking enabled").description not in ("", off_hint))
     # The walk crosses the prime meridian at Greenwich, from IO91 into JO01.
     app.button(prefix="latitude 51 degrees 28 minutes 40 seconds north")
     app.button(spelled("JO01al04"))
+    # The crossing is seen and told to a screen reader as an alert, then leaves the map clear.
+    app.find("alert", name="Entering J O 0 1")
+    app.gone("alert", name="Entering J O 0 1")
     accuracy = wait_for("the accuracy in the toolbar",
                         lambda: [n.name for n in app.nodes("label") if "ft" in n.name])
-    open_settings_picker(app, "Accuracy units", "Metric")
+    open_settings_picker(app, "Distance units", "Metric")
     wait_for("the accuracy in metres",
-             lambda: [n.name for n in app.nodes("label") if n.name.endswith(" m")])
+             lambda: [n.name for n in app.nodes("label") if n.name.endswith("\u00a0m")])
     expect(accuracy, "no accuracy was spoken")
 
     # The map's own action does what a long press does: tracking ends, the point stays put.
     app.press("Map")
     app.button("Tracking disabled")
     wait_for("the accuracy gone", lambda: not [n for n in app.nodes("label")
-                                                if n.name.endswith(" m")])
+                                                if n.name.endswith("\u00a0m")])
     app.button(prefix="latitude 51 degrees 28 minutes")
     app.quit()
 
@@ -405,7 +411,7 @@ SCREENS = [
     ("longitude keypad", ["--open", "longitude-keypad"], ["1", "east"], "Done", None),
     ("settings", ["--open", "settings"], [], "Show grid", None),
 ] + [(f"{row} picker", ["--open", "settings"], [row], "Back", "Show grid")
-     for row in ["Locator precision", "Coordinates", "Accuracy units", "Appearance"]]
+     for row in ["Locator precision", "Coordinates", "Distance units", "Appearance"]]
 
 # Buttons whose effect a screen reader cannot see: the map's zoom, and a point placed at the
 # centre, which is where the point already is.

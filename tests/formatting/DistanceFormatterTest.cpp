@@ -53,13 +53,13 @@ TEST(DistanceFormatterTest, NumbersFollowTheLocale)
     }
     // Digits are the locale's own.
     EXPECT_EQ(DistanceFormatter(egypt).metricStringForDistance(65),
-              egypt.toString(65) + QStringLiteral(" m"));
+              egypt.toString(65) + QStringLiteral("\u00a0m"));
     // A new formatter is metric; whatever style a caller sets, every read-out is the long one.
     DistanceFormatter formatter(us);
     formatter.setStyle(DistanceStyle::Short);
-    EXPECT_EQ(formatter.stringForObjectValue(QVariant(100)), QStringLiteral("100 m"));
+    EXPECT_EQ(formatter.stringForObjectValue(QVariant(100)), QStringLiteral("100\u00a0m"));
     formatter.setFormat(Imperial);
-    EXPECT_EQ(formatter.stringForObjectValue(QVariant(100)), QStringLiteral("328 ft"));
+    EXPECT_EQ(formatter.stringForObjectValue(QVariant(100)), QStringLiteral("328\u00a0ft"));
     EXPECT_EQ(formatter.stringForObjectValue(QStringLiteral("1609.344")), std::nullopt);
     EXPECT_EQ(formatter.stringForObjectValue(QVariant()), std::nullopt);
 }

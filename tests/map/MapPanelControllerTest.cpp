@@ -2,10 +2,12 @@
 #include "ApplicationStateSystem.h"
 #include "FakeTileSource.h"
 #include "LocationTrackingSystem.h"
+#include "MapSource.h"
 #include "NotificationCenter.h"
 #include "PreferencesSystem.h"
 #include "ScriptableLocationManager.h"
 #include "UserDefaults.h"
+#include "VeltorGridOverlayRenderer.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -105,18 +107,29 @@ TEST_F(MapPanelControllerTest, LiveFixesShowTheDotAndCentreOncePerRunUntilALongP
     EXPECT_FALSE(map->showsUserLocation());
 }
 
-TEST_F(MapPanelControllerTest, TheGridFollowsBothSettingsWithOneOverlay)
+TEST_F(MapPanelControllerTest, TheGridFollowsBothSettingsWithOneOverlayUnderTheBigPlacesNames)
 {
-    const auto grid = map->overlays();
-    ASSERT_EQ(grid.size(), 1u);
+    // The grid, its coarser edges made heavier, then the names of the places that stand over it.
+    const auto overlays = map->overlays();
+    ASSERT_EQ(overlays.size(), 3u);
+    const OverlayRenderer *grid = overlays.front();
+    ASSERT_NE(dynamic_cast<const VeltorGridOverlayRenderer *>(grid), nullptr);
     preferences.setVeltorFormat(VeltorFormat::FourCharacters);
-    EXPECT_EQ(map->overlays(), grid);
+    EXPECT_EQ(map->overlays().front(), grid);
     preferences.setShowGrid(false);
-    EXPECT_TRUE(map->overlays().empty());
+    EXPECT_EQ(map->overlays().size(), 1u);
+    EXPECT_EQ(dynamic_cast<const VeltorGridOverlayRenderer *>(map->overlays().front()), nullptr);
     preferences.setVeltorFormat(VeltorFormat::TwoCharacters);
-    EXPECT_TRUE(map->overlays().empty());
+    EXPECT_EQ(map->overlays().size(), 1u);
     preferences.setShowGrid(true);
-    EXPECT_EQ(map->overlays(), grid);
+    ASSERT_EQ(map->overlays().size(), 3u);
+    EXPECT_EQ(map->overlays().front(), grid);
+    // A map from a tile server names its own places.
+    MapSource osm;
+    osm.kind = MapSource::Kind::OpenStreetMap;
+    preferences.setMapSource(osm);
+    ASSERT_EQ(map->overlays().size(), 2u);
+    EXPECT_EQ(map->overlays().front(), grid);
 }
 
 // Only the grid overlay is ever added; any other is a programming fault and stops the app.
@@ -164,7 +177,7 @@ TEST_F(MapPanelControllerTest, TheMapDrawsInTheAppearancesPalette)
     const OverlayRenderer *dayGrid = map->overlays().front();
     panel.setAppearance(Appearance::Red);
     EXPECT_EQ(map->palette(), red);
-    ASSERT_EQ(map->overlays().size(), 1u);
+    ASSERT_EQ(map->overlays().size(), 3u);
     EXPECT_NE(map->overlays().front(), dayGrid);
     // A grid tile drawn now has no colour but red.
     const QImage tile =

@@ -1,5 +1,9 @@
+#include "ApplicationStateSystem.h"
 #include "GlyphImageProvider.h"
+#include "Localization.h"
 #include "LocationTrackingSystem.h"
+#include "PreferencesSystem.h"
+#include "ReadoutFit.h"
 #include "UserDefaults.h"
 
 #include <QQmlComponent>
@@ -11,6 +15,7 @@
 #include <QtTest>
 
 #include <memory>
+#include <optional>
 
 Q_IMPORT_QML_PLUGIN(VeltorPlugin)
 
@@ -51,6 +56,37 @@ class QmlScreensTest : public QObject
 
 private:
     QTemporaryDir m_home;
+    std::optional<Localization> m_localization;
+
+
+    // TYPE { BODY } made by day in an item whose "appearance" sets the app's, in WINDOW at SIZE.
+    static std::unique_ptr<QQuickItem> show(QQmlEngine &engine, QQuickWindow &window,
+                                            const QString &type, const QString &body, QSize size)
+    {
+        engine.addImportPath(QStringLiteral("qrc:/"));
+        engine.addImageProvider(QString(GlyphImageProvider::providerId), new GlyphImageProvider);
+        window.setColor(Qt::black);
+        window.resize(size);
+        QQmlComponent component(&engine);
+        component.setData(
+            QStringLiteral("import QtQuick\nimport Veltor\n"
+                           "Item { id: root; width: %3; height: %4; property int appearance: 0\n"
+                           "  Binding { target: Theme; property: \"appearance\"; "
+                           "value: root.appearance }\n  %1 { %2 }\n}\n")
+                .arg(type, body, QString::number(size.width()), QString::number(size.height()))
+                .toUtf8(),
+            QUrl(QStringLiteral("qrc:/test/%1.qml").arg(type)));
+        std::unique_ptr<QQuickItem> item(qobject_cast<QQuickItem *>(component.create()));
+        if (!item) {
+            qWarning("%s", qPrintable(component.errorString()));
+            return item;
+        }
+        item->setParentItem(window.contentItem());
+        window.show();
+        if (!QTest::qWaitForWindowExposed(&window) || window.grabWindow().isNull())
+            item.reset();
+        return item;
+    }
 
 private slots:
     void initTestCase()
@@ -60,11 +96,77 @@ private slots:
         // A replayed log, so no platform positioning plugin is asked for anything.
         QVERIFY(LocationTrackingSystem::setSharedSource(
             QStringLiteral(VELTOR_TEST_DATA_DIR "/nmea/greenwich-walk.nmea")));
+        // German: among the six tables, the one whose words run longest.
+        m_localization.emplace(QLocale(QLocale::German));
+        QVERIFY(m_localization->isLoaded());
     }
 
     // Every screen and component, and the root screen at every window size, where its buttons
-    // must stand clear of each other and inside it, even with texts far longer than English ones
-    // (no tables are loaded here: ids show).
+    // must stand clear of each other and inside it, in German, whose texts run longest; every
+    // button of every screen is a target a gloved finger can hit.
+    // The read-outs of the longest values show whole, at or above the font floor, in every
+    // notation, at the widths the panel takes on a phone, beside the map and in a narrow window,
+    // with captions in English, German and Japanese.
+    void readoutsShowWhole_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<int>("notation");
+        QTest::addColumn<int>("width");
+        for (const char *language : {"en", "de", "ja"}) {
+            for (int notation = 0; notation < 3; ++notation) {
+                for (const int width : {320, 360, 384, 390, 400, 500, 1024}) {
+                    QTest::addRow("%s notation %d %d wide", language, notation, width)
+                        << QString::fromLatin1(language) << notation << width;
+                }
+            }
+        }
+    }
+
+    void readoutsShowWhole()
+    {
+        QFETCH(QString, language);
+        QFETCH(int, notation);
+        QFETCH(int, width);
+        const Localization localization{QLocale(language)};
+        PreferencesSystem &preferences = PreferencesSystem::sharedSystem();
+        preferences.setCoordinateFormat(CoordinateFormat(notation));
+        preferences.setVeltorFormat(VeltorFormat::EightCharacters);
+        ApplicationStateSystem::sharedSystem().setCoordinate({-89.99999, -179.99999});
+        QTest::failOnWarning(QRegularExpression(QStringLiteral(".+")));
+        QQmlEngine engine;
+        QQuickWindow window;
+        const std::unique_ptr<QQuickItem> item =
+            show(engine, window, QStringLiteral("CoordinatePanelScreen"),
+                 QStringLiteral("width: parent.width"), QSize(width, 600));
+        QVERIFY(item);
+        QVERIFY(!window.grabWindow().isNull());
+        int readouts = 0;
+        for (QQuickItem *button : item->findChildren<QQuickItem *>()) {
+            const QString title = button->property("title").toString();
+            if (!button->isVisible() || !button->inherits("QQuickAbstractButton") ||
+                !(title.endsWith(u'W') || title.endsWith(u'S') || title.startsWith(u"AA")))
+                continue;
+            ++readouts;
+            const auto *text = button->property("contentItem").value<QQuickItem *>();
+            QVERIFY(text);
+            const QString what = QStringLiteral("\"%1\" %2 in %3 at %4 px")
+                                     .arg(title)
+                                     .arg(text->property("contentWidth").toReal())
+                                     .arg(text->width())
+                                     .arg(text->property("font").value<QFont>().pixelSize());
+            QVERIFY2(text->property("contentWidth").toReal() <= text->width() + 0.5 &&
+                         text->property("lineCount").toInt() == 1,
+                     qPrintable(what));
+            QVERIFY2(text->property("font").value<QFont>().pixelSize() >=
+                         ReadoutFit::minimumPixelSize,
+                     qPrintable(what));
+            const QRectF inside(0, 0, width, item->height());
+            QVERIFY2(inside.contains(button->mapRectToItem(item.get(), button->boundingRect())),
+                     qPrintable(what));
+        }
+        QCOMPARE(readouts, 3);
+    }
+
     void rendersWithoutWarnings_data()
     {
         QTest::addColumn<int>("row");
@@ -87,30 +189,24 @@ private slots:
         const QSize size = rows[row].size;
         QTest::failOnWarning(QRegularExpression(QStringLiteral(".+")));
         QQmlEngine engine;
-        engine.addImportPath(QStringLiteral("qrc:/"));
-        engine.addImageProvider(QString(GlyphImageProvider::providerId), new GlyphImageProvider);
         QQuickWindow window;
-        window.setColor(Qt::black);
-        window.resize(size);
-        // Made by day in an item whose "appearance" sets the app's, then switched while on
-        // screen, as the user switches.
-        QQmlComponent component(&engine);
-        component.setData(
-            QStringLiteral("import QtQuick\nimport Veltor\n"
-                           "Item { id: root; width: %3; height: %4; property int appearance: 0\n"
-                           "  Binding { target: Theme; property: \"appearance\"; "
-                           "value: root.appearance }\n  %1 { %2 }\n}\n")
-                .arg(type, body, QString::number(size.width()), QString::number(size.height()))
-                .toUtf8(),
-            QUrl(QStringLiteral("qrc:/test/%1.qml").arg(type)));
-        const std::unique_ptr<QQuickItem> item(qobject_cast<QQuickItem *>(component.create()));
-        QVERIFY2(item, qPrintable(component.errorString()));
-        item->setParentItem(window.contentItem());
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window) && !window.grabWindow().isNull());
+        const std::unique_ptr<QQuickItem> item = show(engine, window, type, body, size);
+        QVERIFY(item);
+        // Switched while on screen, as the user switches.
         item->setProperty("appearance", appearance);
         // A frame drawn at this size: every layout has been polished for it.
         const QImage frame = window.grabWindow().convertToFormat(QImage::Format_RGB32);
+        for (QQuickItem *control : item->findChildren<QQuickItem *>()) {
+            if (control->isVisible() && control->inherits("QQuickAbstractButton") &&
+                type.endsWith(u"Screen")) {
+                QVERIFY2(control->width() >= 48 && control->height() >= 48,
+                         qPrintable(QStringLiteral("%1 %2x%3 \"%4\"")
+                                        .arg(QLatin1String(control->metaObject()->className()))
+                                        .arg(control->width())
+                                        .arg(control->height())
+                                        .arg(control->property("text").toString())));
+            }
+        }
         if (type == u"RootScreen") {
             QList<QRectF> buttons;
             for (QQuickItem *button : item->findChildren<QQuickItem *>()) {

@@ -70,7 +70,7 @@ TEST_F(KeepAreaControllerTest, AKeptAreaBecomesTheMapAndAnUnfinishedOneCanBeResu
     keep.stepMaxZoom(-20);
     keep.stepMaxZoom(8);
     EXPECT_EQ(keep.zoomText().toStdString(), "Zoom levels 0 to 8");
-    EXPECT_TRUE(keep.planText().startsWith(QStringLiteral("9 tiles, about 0.1 MB")));
+    EXPECT_TRUE(keep.planText().startsWith(QStringLiteral("9 tiles, about 0.1\u00a0MB")));
 
     // Stopped after the first tiles: it can be resumed, by a later run of the app too.
     keep.start();

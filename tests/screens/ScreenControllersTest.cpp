@@ -95,36 +95,42 @@ TEST_F(ScreenControllersTest, GridPositionShowsWhenAskedAndFollowsPointPrecision
     m_preferences.setDistanceFormat(DistanceFormat::Metric);
     m_preferences.setVeltorFormat(VeltorFormat::FourCharacters);
     m_state.setCoordinate({60.5, 1.5});
-    // In JP00 the east edge is nearest, JP10 lies across it, and the south-east corner is next.
-    EXPECT_EQ(strip.edgesText().toStdString(), "N 56 km · S 56 km · E 27 km · W 82 km");
-    EXPECT_EQ(strip.nearestText().toStdString(),
-              "Nearest edge east, JP10 beyond. Corner 62 km at 153°: JP00, JO09, JP10, JO19");
+    // In JP00 the east edge is nearest, JP10 lies across it, and the south-east corner is next;
+    // numbers never part from their units.
+    EXPECT_EQ(strip.edgeTexts().join(u'|').toStdString(),
+              "N 56\u00a0km|S 56\u00a0km|E 27\u00a0km|W 82\u00a0km");
+    EXPECT_EQ(std::tuple(strip.nearestSide(), strip.nearestCorner()), std::tuple(2, 2));
+    EXPECT_EQ(strip.detailText().toStdString(),
+              "Edge E 27\u00a0km → JP10 · Corner 62\u00a0km at 153°");
     EXPECT_TRUE(strip.accessibilityLabel().contains(QStringLiteral("with J P 1 0 beyond")));
     // A live fix is uncertain once its accuracy reaches over an edge (27478 m to the east one),
     // and past the corner it may be in any of the cells around.
     m_state.setCoordinateIsLiveTracked(true);
-    const std::pair<double, const char *> marks[] = {
-        {27470, ""},
-        {27490, "JP00, or JP10 within ± 27 km"},
-        {63000, "JP00, or JP01 or JO09 or JP10 or JO19 within ± 63 km"}};
-    for (const auto &[accuracy, mark] : marks) {
+    const std::tuple<double, const char *, int> marks[] = {
+        {27470, "", 0},
+        {27490, "JP00, or JP10 within ±\u00a027\u00a0km", 1 << 2},
+        {63000, "JP00, or JP01 or JO09 or JP10 or JO19 within ±\u00a063\u00a0km", 7}};
+    for (const auto &[accuracy, mark, sides] : marks) {
         m_state.setCoordinateAccuracy(accuracy);
         EXPECT_EQ(strip.uncertainText().toStdString(), mark) << accuracy;
+        EXPECT_EQ(strip.uncertainSides(), sides) << accuracy;
     }
     EXPECT_TRUE(strip.uncertainAccessibilityLabel().startsWith(
         QStringLiteral("Uncertain: J P 0 0, or J P 0 1 or ")));
     m_state.setCoordinateIsLiveTracked(false);
     EXPECT_FALSE(strip.uncertain());
     m_preferences.setDistanceFormat(DistanceFormat::Imperial);
-    EXPECT_TRUE(strip.edgesText().endsWith(QStringLiteral(" mi")));
+    EXPECT_TRUE(strip.edgeTexts().first().endsWith(QStringLiteral("\u00a0mi")));
 
     // Near the pole the parallels shrink, so an edge to the side is nearer than the pole; at the
     // pole itself the pole is the edge, with nothing across it.
     m_preferences.setVeltorFormat(VeltorFormat::TwoCharacters);
     m_state.setCoordinate({89.9, 5.0});
-    EXPECT_TRUE(strip.nearestText().startsWith(QStringLiteral("Nearest edge west, IR beyond.")));
+    EXPECT_TRUE(strip.summaryText().startsWith(QStringLiteral("Edge W ")));
+    EXPECT_TRUE(strip.summaryText().endsWith(QStringLiteral(" → IR")));
     m_state.setCoordinate({90.0, 5.0});
-    EXPECT_TRUE(strip.nearestText().startsWith(QStringLiteral("Nearest edge north, the pole.")));
+    EXPECT_TRUE(strip.summaryText().endsWith(QStringLiteral(", the pole")));
+    EXPECT_EQ(strip.acrossText(), QString());
 
     settings.toggleShowGridPosition();
     EXPECT_FALSE(strip.shown());
@@ -142,9 +148,17 @@ TEST_F(ScreenControllersTest, TargetShowsTheWayThereAndIsKeptUntilCleared)
     // From JN58td to JO62qm: GeodSolve(1) gives 502310.959 m at 13.69°, and the long path
     // 19502419.696 m at -166.99° plus half a meridian, 20003931.459 m.
     m_state.setCoordinate({48.145833333333336, 11.625});
-    EXPECT_EQ(way.text().toStdString(),
-              "Target JO62qm: 502 km at 14°, long path 39,506 km at 193°");
-    EXPECT_TRUE(way.accessibilityLabel().startsWith(QStringLiteral("Target J O 6 2 q m: 502 km")));
+    // The distance large with its unit apart, the arrow's bearing, the long path and the
+    // contest distance beside them.
+    EXPECT_EQ(std::tuple(way.locator(), way.distanceValue(), way.distanceUnit(), way.bearingText()),
+              std::tuple(QStringLiteral("JO62qm"), QStringLiteral("502"), QStringLiteral("km"),
+                         QStringLiteral("14°")));
+    EXPECT_NEAR(way.bearing(), 13.69, 0.01);
+    EXPECT_EQ(way.secondaryText().toStdString(),
+              "Long path 39,506\u00a0km at 193° · Contest 503\u00a0km");
+    EXPECT_EQ(way.summaryText().toStdString(), "Target 502\u00a0km at 14°");
+    EXPECT_TRUE(
+        way.accessibilityLabel().startsWith(QStringLiteral("Target J O 6 2 q m: 502\u00a0km")));
     // Kept across launches, and gone once cleared.
     EXPECT_EQ(TargetSystem(m_defaults).target(), (Coordinate{52.520833333333336, 13.375}));
     targets.setTarget(std::nullopt);
@@ -201,7 +215,7 @@ TEST_F(ScreenControllersTest, ALiveFixOlderThanFiveSecondsIsShownStaleAndThePoin
     EXPECT_EQ(age.receiverAccessibilityLabel(), QStringLiteral("2D fix"));
     m_state.setCoordinate({51.5, -0.1});
     const std::pair<qint64, const char *> ages[] = {
-        {5000, ""}, {5001, "Stale fix: 5 s old"}, {12400, "Stale fix: 12 s old"}};
+        {5000, ""}, {5001, "Stale fix: 5\u00a0s old"}, {12400, "Stale fix: 12\u00a0s old"}};
     for (const auto &[after, text] : ages) {
         now = 1000 + after;
         age.refresh();
@@ -241,7 +255,7 @@ TEST_F(ScreenControllersTest, AccuracyShowsOnlyForALiveFixThatHasOne)
     m_state.setCoordinateIsLiveTracked(false);
     EXPECT_EQ(toolbar.accuracyOpacity(), 0.0);
     // The locale of these tests is the US: imperial until the user chooses.
-    EXPECT_EQ(toolbar.accuracyText(), QStringLiteral("± 213 ft"));
+    EXPECT_EQ(toolbar.accuracyText(), QStringLiteral("±\u00a0213\u00a0ft"));
 }
 
 TEST_F(ScreenControllersTest, RootReportsAFailingStore)
@@ -285,6 +299,32 @@ TEST_F(ScreenControllersTest, RootLaysThePanelsOutByWidthAndIdiom)
         EXPECT_EQ(panel.width(), sideBySide ? std::min(400.0, w / 2) : w);
         EXPECT_GE(area(map), w * h / 3);
     }
+}
+
+TEST_F(ScreenControllersTest, TheMapKeepsHalfANarrowWindowUnlessTheUserUnfoldsTheTools)
+{
+    RootViewController root(m_tracking, m_defaults);
+    using Folding = RootViewController::FieldToolsFolding;
+    // Read-outs 120 high, the locator 60, the tools 48 folded and 260 unfolded, in windows of
+    // that height with a 56-point toolbar: does the panel show the locator, are the tools folded?
+    const std::tuple<const char *, qreal, qreal, Folding, bool, bool> cases[] = {
+        {"tall phone: everything", 390, 1100, Folding::Automatic, true, false},
+        {"phone: the tools fold", 390, 844, Folding::Automatic, true, true},
+        {"small phone: the locator goes to the toolbar", 320, 480, Folding::Automatic, false, true},
+        {"unfolded by a tap", 320, 480, Folding::Unfolded, false, false},
+        {"folded by a tap in a tall window", 390, 1100, Folding::Folded, true, true},
+        {"side by side: never folded", 1024, 768, Folding::Folded, true, false},
+    };
+    for (const auto &[what, w, h, folding, locator, folded] : cases) {
+        SCOPED_TRACE(what);
+        EXPECT_EQ(root.panelShowsLocator(w, h - 56, h, 120, 60, 48), locator);
+        EXPECT_EQ(root.fieldToolsFolded(folding, w, h - 56, h, 120, 60, 48, 260), folded);
+    }
+    QSignalSpy changed(&root, &RootViewController::fieldToolsFoldingChanged);
+    root.setFieldToolsFolded(false);
+    root.setFieldToolsFolded(false);
+    EXPECT_EQ(root.fieldToolsFolding(), Folding::Unfolded);
+    EXPECT_EQ(changed.size(), 1);
 }
 
 // Which rows of a picker are checked, as 0s and 1s.

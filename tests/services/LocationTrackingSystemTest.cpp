@@ -148,8 +148,8 @@ TEST_F(LocationTrackingSystemTest, WaitsForAFixUpToTheLimitAndSaysWhyItStopped)
     testing::internal::CaptureStdout();
     ASSERT_TRUE(QTest::qWaitFor([&] { return !m_system.tracking(); }, 2000));
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "Error No position fix for 0.01 min: tracking has stopped.\n");
-    EXPECT_EQ(m_system.failureText(), QStringLiteral("No position fix for 0.01 min: tracking has stopped."));
+              "Error No position fix for 0.01\u00a0min: tracking has stopped.\n");
+    EXPECT_EQ(m_system.failureText(), QStringLiteral("No position fix for 0.01\u00a0min: tracking has stopped."));
     EXPECT_EQ(m_state.coordinate(), greenwich.coordinate);
     EXPECT_FALSE(m_state.coordinateIsLiveTracked());
     m_system.beginTracking();

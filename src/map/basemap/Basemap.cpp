@@ -465,7 +465,8 @@ QImage Basemap::renderTile(const MapRect &rect, double zoomScale, double deviceP
         painter.setTransform(tileTransform(rect, zoomScale, devicePixelRatio));
         drawMapRect(rect, zoomScale, painter, palette, overlays.water);
         if (overlays.places)
-            overlays.places->drawMapRect(rect, zoomScale, painter, palette);
+            overlays.places->drawMapRect(rect, zoomScale, painter, palette,
+                                         PlaceLabelLayout::Layer::UnderGrid);
     }
     image.setDevicePixelRatio(devicePixelRatio);
     return image;

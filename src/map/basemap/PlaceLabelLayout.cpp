@@ -38,7 +38,7 @@ constexpr double cellPoints = 128.0;
 
 // Three sizes by population, each plain and bold (capitals).
 constexpr int fontCount = 6;
-constexpr double fontSizes[3] = {11.0, 12.0, 13.0};
+constexpr double fontSizes[3] = {11.0, 12.5, 14.0};
 
 int fontIndexFor(const PlaceIndex::Place &place)
 {
@@ -253,6 +253,14 @@ public:
     // the box.
     bool meetsGridPlate(const MapRect &box, double zoomScale)
     {
+        return forEachGridPlateMeeting(box, zoomScale, [](const MapRect &) { return true; });
+    }
+
+    // Visits the grid's label plates that meet the box until the visitor returns true; whether
+    // it did.
+    template <typename Visit>
+    bool forEachGridPlateMeeting(const MapRect &box, double zoomScale, Visit visit)
+    {
         constexpr VeltorFormat precision = VeltorFormat::EightCharacters;
         m_formatter.setFormat(VeltorGrid::labelFormat(zoomScale, precision));
         const double divisions = VeltorGrid::gridDivisions(zoomScale, precision);
@@ -264,7 +272,8 @@ public:
                                VeltorGrid::rowLines(reach, zoomScale, divisions), m_formatter)) {
             const MapSize text{m_metrics.gridTextWidth(cell.label) * scale,
                                m_metrics.gridTextHeight * scale};
-            if (VeltorGrid::placeLabel(cell.centre, text, zoomScale).plateRect.intersects(box))
+            const MapRect plate = VeltorGrid::placeLabel(cell.centre, text, zoomScale).plateRect;
+            if (plate.intersects(box) && visit(plate))
                 return true;
         }
         return false;
@@ -293,6 +302,11 @@ private:
                          if (other < place && eitherBox(other).intersects(either))
                              m_neighbours.push_back(other);
                      });
+        // A name over the grid still takes the side that leaves the grid's labels clear, if
+        // either does; the other one covers a label.
+        const bool overGrid =
+            PlaceLabelLayout::standsOverGrid(m_places.place(place), zoomLevelFor(z));
+        std::optional<State> covering;
         for (const bool textOnLeft : {false, true}) {
             const MapRect box = boxAt(place, textOnLeft, z);
             if (!insideWorld(box))
@@ -315,8 +329,10 @@ private:
                 return std::nullopt;
             if (!meetsGridPlate(box, z))
                 return textOnLeft ? Left : Right;
+            if (overGrid && !covering)
+                covering = textOnLeft ? Left : Right;
         }
-        return Dropped;
+        return covering.value_or(Dropped);
     }
 
     const Metrics &m_metrics;
@@ -471,21 +487,45 @@ std::vector<PlaceLabel> PlaceLabelLayout::labelsIn(const MapRect &rect, double z
                             [&](std::uint32_t i) { candidates.push_back(i); });
     std::sort(candidates.begin(), candidates.end());
 
+    const int zoomLevel = zoomLevelFor(z);
     std::vector<PlaceLabel> labels;
     for (const std::uint32_t i : candidates) {
         const State state = evaluation.stateOf(i);
         if (state != Right && state != Left)
             continue;
         const MapRect box = evaluation.boxAt(i, state == Left, zoomScale);
-        if (!box.intersects(rect) || (zoomScale != z && evaluation.meetsGridPlate(box, zoomScale)))
+        const bool overGrid = standsOverGrid(metrics.places->place(i), zoomLevel);
+        if (!box.intersects(rect) ||
+            (zoomScale != z && !overGrid && evaluation.meetsGridPlate(box, zoomScale)))
             continue;
-        labels.push_back({i, state == Left, metrics.places->place(i).point(), box});
+        labels.push_back({i, state == Left, metrics.places->place(i).point(), box, overGrid});
     }
     return labels;
 }
 
+std::vector<MapRect> PlaceLabelLayout::gridPlatesMeeting(const MapRect &box,
+                                                         double zoomScale) const
+{
+    std::vector<MapRect> plates;
+    if (!isUsable(box, zoomScale))
+        return plates;
+    const Metrics &metrics = this->metrics();
+    Evaluation evaluation(metrics, *level(zoomLevelFor(zoomScale)));
+    evaluation.forEachGridPlateMeeting(box, zoomScale, [&](const MapRect &plate) {
+        plates.push_back(plate);
+        return false;
+    });
+    return plates;
+}
+
+bool PlaceLabelLayout::standsOverGrid(const PlaceIndex::Place &place, int zoomLevel)
+{
+    const double people = double(place.population) * (place.capital ? 4.0 : 1.0);
+    return people >= 25000.0 * std::ldexp(1.0, 12 - zoomLevel);
+}
+
 void PlaceLabelLayout::drawMapRect(const MapRect &rect, double zoomScale, QPainter &painter,
-                                   const MapPalette &palette) const
+                                   const MapPalette &palette, Layer layer) const
 {
     const QTransform transform = painter.transform();
     const double scale = transform.m11();
@@ -500,6 +540,9 @@ void PlaceLabelLayout::drawMapRect(const MapRect &rect, double zoomScale, QPaint
     painter.save();
     painter.resetTransform();
     for (const PlaceLabel &label : labels) {
+        if ((layer == Layer::UnderGrid && label.overGrid) ||
+            (layer == Layer::OverGrid && !label.overGrid))
+            continue;
         const std::shared_ptr<const PaintedName> name = paintedName(label, ratio, palette);
         if (!name)
             continue;

@@ -25,12 +25,16 @@ struct PlaceLabel
     bool textOnLeft = false;
     MapPoint anchor; // the dot
     MapRect box;     // dot, text, halo and the room kept around them, in map points
+    // Big enough to stand over the locator grid's labels (PlaceLabelLayout::standsOverGrid).
+    bool overGrid = false;
 };
 
 // Which places are named at a zoom scale, and where. The choice is made for a whole zoom level at
 // once, biggest place first (a capital counts four times its size): a name goes right of its
-// dot, else left, else not at all when every side meets a name already placed or a label plate
-// of the locator grid (as the grid draws it at 8 characters, the finest). So every tile that a
+// dot, else left, else not at all when every side meets a name already placed or, for a place
+// too small to stand over the grid, a label plate of the locator grid (as the grid draws it at
+// 8 characters, the finest). Big places are drawn over the grid, the rest under it, so a city
+// is named where a village would give way to the grid's label. So every tile that a
 // name reaches draws it at the same spot, in full, and once. Levels are worked out lazily, only
 // around the tiles asked for; between whole levels the names keep their screen size and the
 // layout of the level below, and one that then meets a plate is left out.
@@ -56,14 +60,26 @@ public:
     // The whole zoom level whose layout serves a zoom scale: the one at or below it.
     static int zoomLevelFor(double zoomScale);
 
+    // Which names a drawing takes: those under the grid, those over it, or every one.
+    enum class Layer { UnderGrid, OverGrid, All };
+
+    // Whether a place's name goes over the grid's labels at a whole zoom level: from 50,000
+    // people at level 11, twice that a level out, half a level in.
+    static bool standsOverGrid(const PlaceIndex::Place &place, int zoomLevel);
+
     // Every name shown at the zoom scale whose box meets the rectangle, biggest place first.
     std::vector<PlaceLabel> labelsIn(const MapRect &rect, double zoomScale) const;
 
-    // Draws the names whose boxes meet the rectangle. The painter maps map points to device
-    // pixels by scaling and moving only (tileTransform); names go on whole device pixels of the
-    // world, so neighbouring tiles join them seamlessly.
+    // The plates of the grid's labels, as the grid places them at the zoom scale, that meet the
+    // box: what a name over the grid must cover to be read.
+    std::vector<MapRect> gridPlatesMeeting(const MapRect &box, double zoomScale) const;
+
+    // Draws the names of the layer whose boxes meet the rectangle. The painter maps map points
+    // to device pixels by scaling and moving only (tileTransform); names go on whole device
+    // pixels of the world, so neighbouring tiles join them seamlessly.
     void drawMapRect(const MapRect &rect, double zoomScale, QPainter &painter,
-                     const MapPalette &palette = MapPalette::day()) const;
+                     const MapPalette &palette = MapPalette::day(),
+                     Layer layer = Layer::All) const;
 
     // The index the names come from; loads the embedded one if that is still to come.
     const PlaceIndex &places() const;

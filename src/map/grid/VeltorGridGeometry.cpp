@@ -127,4 +127,29 @@ LabelPlacement placeLabel(MapPoint cellCentre, MapSize textSize, double zoomScal
     return placement;
 }
 
+namespace {
+
+int levelOfIndex(long long index, double divisions)
+{
+    for (int level = 0; level < levelCount; ++level) {
+        const long long step = std::llround(divisions / divisionsForLevel(level));
+        if (step <= 1 || index % step == 0)
+            return level;
+    }
+    return levelCount - 1;
+}
+
+} // namespace
+
+int columnLevel(double x, double divisions)
+{
+    return levelOfIndex(std::llround(x / MapRect::world().width * divisions), divisions);
+}
+
+int rowLevel(double y, double divisions)
+{
+    const double latitude = coordinateForMapPoint({0.0, y}).latitude;
+    return levelOfIndex(std::llround((latitude + 90.0) / 180.0 * divisions), divisions);
+}
+
 } // namespace VeltorGrid

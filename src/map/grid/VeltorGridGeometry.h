@@ -38,6 +38,11 @@ std::vector<double> columnLines(const MapRect &rect, double zoomScale, double di
 // y of every parallel that touches the rectangle, south to north (decreasing y); never empty.
 std::vector<double> rowLines(const MapRect &rect, double zoomScale, double divisions);
 
+// The coarsest level whose edge the line at x (or y) is, among lines of that many divisions:
+// 0 for a field's edge, 1 for a square's, and so on.
+int columnLevel(double x, double divisions);
+int rowLevel(double y, double divisions);
+
 struct Cell
 {
     MapRect rect;

@@ -156,15 +156,15 @@ void GpsdLocationManager::silenceTimedOut()
     const QString seconds = QLocale().toString(double(m_silenceTimeout.count()) / 1000.0);
     if (m_connected) {
         //: Tracking ended: gpsd is reachable but says nothing of a receiver; %1 HOST:PORT, %2 seconds
-        //% "gpsd at %1 has sent no reports for %2 s."
+        //% "gpsd at %1 has sent no reports for %2 s."
         fail(qtTrId("gps.error.gpsd-silent").arg(description(), seconds));
     } else if (m_everConnected) {
         //: Tracking ended: gpsd went away and did not come back; %1 HOST:PORT, %2 seconds
-        //% "gpsd at %1 has been gone for %2 s."
+        //% "gpsd at %1 has been gone for %2 s."
         fail(qtTrId("gps.error.gpsd-gone").arg(description(), seconds));
     } else {
         //: Tracking ended: gpsd could not be reached; %1 HOST:PORT, %2 seconds
-        //% "Cannot connect to gpsd at %1 within %2 s."
+        //% "Cannot connect to gpsd at %1 within %2 s."
         fail(qtTrId("gps.error.gpsd-connect").arg(description(), seconds));
     }
 }

@@ -396,7 +396,7 @@ void NmeaLocationManager::stalled()
     const QString limit = seconds(m_stallTimeout);
     if (!m_sourceOpen) {
         //: Tracking ended: the NMEA stream could not be reached in time; %1 HOST:PORT, %2 seconds
-        //% "Cannot connect to the GPS source %1 within %2 s."
+        //% "Cannot connect to the GPS source %1 within %2 s."
         fail(qtTrId("gps.error.connect-timeout").arg(source, limit));
     } else if (m_bytesSinceSentence) {
         //: Tracking ended: data arrives, but none of it is NMEA; %1 the GPS source
@@ -404,7 +404,7 @@ void NmeaLocationManager::stalled()
         fail(qtTrId("gps.error.not-nmea").arg(source));
     } else {
         //: Tracking ended: the GPS source has fallen silent; %1 the source, %2 seconds
-        //% "The GPS source %1 has sent nothing for %2 s."
+        //% "The GPS source %1 has sent nothing for %2 s."
         fail(qtTrId("gps.error.silent").arg(source, limit));
     }
 }

@@ -159,7 +159,7 @@ TEST(GpsdLocationManagerTest, ReconnectsWhenGpsdComesBackAndFailsOnlyWhenItFalls
     // Connected, but no report for the whole timeout.
     ASSERT_TRUE(QTest::qWaitFor([&] { return run.failures.size() == 1; }, 5000));
     EXPECT_EQ(run.failures.first().first().toString(),
-              QStringLiteral("gpsd at 127.0.0.1:%1 has sent no reports for 1.5 s.")
+              QStringLiteral("gpsd at 127.0.0.1:%1 has sent no reports for 1.5\u00a0s.")
                   .arg(gpsd.port()));
     EXPECT_FALSE(run.manager.isUpdating());
     EXPECT_EQ(run.manager.receiverStatus(), ReceiverStatus());
@@ -177,7 +177,7 @@ TEST(GpsdLocationManagerTest, SaysWhetherGpsdWasNeverThereOrWentAway)
     never.manager.startUpdatingLocation();
     ASSERT_TRUE(QTest::qWaitFor([&] { return never.failures.size() == 1; }, 5000));
     EXPECT_EQ(never.failures.first().first().toString(),
-              QStringLiteral("Cannot connect to gpsd at 127.0.0.1:%1 within 0.4 s.").arg(port));
+              QStringLiteral("Cannot connect to gpsd at 127.0.0.1:%1 within 0.4\u00a0s.").arg(port));
 
     auto gpsd = std::make_unique<ScriptedGpsd>();
     GpsdRun lost(gpsd->port());
@@ -191,7 +191,7 @@ TEST(GpsdLocationManagerTest, SaysWhetherGpsdWasNeverThereOrWentAway)
     gpsd.reset();
     ASSERT_TRUE(QTest::qWaitFor([&] { return lost.failures.size() == 1; }, 5000));
     EXPECT_EQ(lost.failures.first().first().toString(),
-              QStringLiteral("gpsd at 127.0.0.1:%1 has been gone for 0.8 s.").arg(lostPort));
+              QStringLiteral("gpsd at 127.0.0.1:%1 has been gone for 0.8\u00a0s.").arg(lostPort));
 }
 
 // A free port on the loopback interface for a gpsd of the test's own.

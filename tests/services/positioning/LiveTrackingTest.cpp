@@ -226,7 +226,7 @@ const Ending endings[] = {
      "The GPS source %1 closed the connection."},
     {"ATcpPeerFallsSilent",
      [](LiveTrackingTest &t) { return t.serve(fixtureLines("ends-after-two-fixes.nmea")); }, 2, 2,
-     "The GPS source %1 has sent nothing for 1.5 s."},
+     "The GPS source %1 has sent nothing for 1.5\u00a0s."},
     // The nonsense keeps coming past the stall timeout.
     {"ATcpStreamOfGarbage",
      [](LiveTrackingTest &t) {

@@ -1,0 +1,27 @@
+#include "FieldToolsController.h"
+
+#include <QStringList>
+
+FieldToolsController::FieldToolsController(QObject *parent) : QObject(parent)
+{
+    connect(&m_position, &GridPositionController::changed, this,
+            &FieldToolsController::summaryChanged);
+    connect(&m_target, &TargetController::changed, this, &FieldToolsController::summaryChanged);
+}
+
+QString FieldToolsController::summaryAccessibilityLabel() const
+{
+    //: Spoken name of the line that unfolds the field instruments; %1 what it shows folded
+    //% "Field tools: %1"
+    return qtTrId("field-tools.folded").arg(summaryText());
+}
+
+QString FieldToolsController::summaryText() const
+{
+    QStringList parts;
+    if (m_position.shown())
+        parts.append(m_position.summaryText());
+    if (m_target.shown())
+        parts.append(m_target.summaryText());
+    return parts.join(QStringLiteral(" · "));
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "FixAgeController.h"
+#include "GridPositionController.h"
+#include "TargetController.h"
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+// The field panel under the read-outs: the receiver's word on its fix, where the point lies in
+// its cell and the way to the target, and the one line they fold to where the map needs room.
+class FieldToolsController : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(GridPositionController *position READ position CONSTANT)
+    Q_PROPERTY(TargetController *target READ target CONSTANT)
+    Q_PROPERTY(FixAgeController *fix READ fix CONSTANT)
+    // Whether an instrument is on: grid position asked for, or a target set.
+    Q_PROPERTY(bool hasInstruments READ hasInstruments NOTIFY summaryChanged)
+    // The folded line: the nearest edge and the way to the target.
+    Q_PROPERTY(QString summaryText READ summaryText NOTIFY summaryChanged)
+    Q_PROPERTY(QString summaryAccessibilityLabel READ summaryAccessibilityLabel NOTIFY
+                   summaryChanged)
+
+public:
+    // Over the app's shared systems.
+    explicit FieldToolsController(QObject *parent = nullptr);
+
+    GridPositionController *position() { return &m_position; }
+    TargetController *target() { return &m_target; }
+    FixAgeController *fix() { return &m_fix; }
+    bool hasInstruments() const { return m_position.shown() || m_target.shown(); }
+    QString summaryText() const;
+    QString summaryAccessibilityLabel() const;
+
+signals:
+    void summaryChanged();
+
+private:
+    GridPositionController m_position;
+    TargetController m_target;
+    FixAgeController m_fix;
+};
