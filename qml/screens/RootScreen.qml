@@ -64,14 +64,35 @@ Page {
         Rectangle {
             Layout.fillWidth: true
             visible: controller.bannerVisible
-            implicitHeight: bannerText.implicitHeight + 2 * Theme.spacing
+            implicitHeight: Math.max(bannerText.implicitHeight + 2 * Theme.spacing,
+                                     Theme.minimumTargetSize)
             color: Theme.warningColor
             Body1Label {
                 id: bannerText
-                anchors.fill: parent
+                anchors.left: parent.left
+                anchors.right: bannerClose.left
+                anchors.verticalCenter: parent.verticalCenter
                 anchors.margins: Theme.spacing
                 text: controller.bannerMessage
                 wrapMode: Text.Wrap
+            }
+            PressableButton {
+                id: bannerClose
+                anchors.right: parent.right
+                anchors.top: parent.top
+                width: Theme.minimumTargetSize
+                height: Theme.minimumTargetSize
+                //: Spoken name of the button that closes the message at the top of the window
+                //% "Close message"
+                accessibilityLabel: qsTrId("root.banner.close")
+                onClicked: controller.dismissBanner()
+                contentItem: Image {
+                    source: Theme.glyphSource("close", Theme.textColor)
+                    sourceSize.width: 34
+                    sourceSize.height: 24
+                    fillMode: Image.Pad
+                    Accessible.ignored: true
+                }
             }
         }
 

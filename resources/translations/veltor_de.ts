@@ -1082,5 +1082,20 @@
         <extracomment>Banner over the map when a live fix enters another locator cell</extracomment>
         <translation>Jetzt in %1</translation>
     </message>
+    <message id="root.banner.close">
+        <source>Close message</source>
+        <extracomment>Spoken name of the button that closes the message at the top of the window</extracomment>
+        <translation>Meldung schließen</translation>
+    </message>
+    <message id="settings.error.unreadable">
+        <source>Part of the settings file %1 could not be read, and those settings are back to their defaults. The file as it was is kept as %2.</source>
+        <extracomment>Shown once when the settings file has a part that cannot be read; %1 the file, %2 the copy</extracomment>
+        <translation>Ein Teil der Einstellungsdatei %1 war nicht lesbar; diese Einstellungen sind wieder auf ihren Standardwerten. Die Datei, wie sie war, liegt als %2 bereit.</translation>
+    </message>
+    <message id="settings.error.unreadable-not-kept">
+        <source>Part of the settings file %1 could not be read, and those settings are back to their defaults.</source>
+        <extracomment>Shown once when the settings file has a part that cannot be read and no copy of it could be made; %1 the file</extracomment>
+        <translation>Ein Teil der Einstellungsdatei %1 war nicht lesbar; diese Einstellungen sind wieder auf ihren Standardwerten.</translation>
+    </message>
 </context>
 </TS>

@@ -1078,5 +1078,20 @@
         <extracomment>Banner over the map when a live fix enters another locator cell</extracomment>
         <translation>%1 に入りました</translation>
     </message>
+    <message id="root.banner.close">
+        <source>Close message</source>
+        <extracomment>Spoken name of the button that closes the message at the top of the window</extracomment>
+        <translation>メッセージを閉じる</translation>
+    </message>
+    <message id="settings.error.unreadable">
+        <source>Part of the settings file %1 could not be read, and those settings are back to their defaults. The file as it was is kept as %2.</source>
+        <extracomment>Shown once when the settings file has a part that cannot be read; %1 the file, %2 the copy</extracomment>
+        <translation>設定ファイル %1 の一部を読み取れなかったため、その設定は既定値に戻りました。元のファイルは %2 として保存されています。</translation>
+    </message>
+    <message id="settings.error.unreadable-not-kept">
+        <source>Part of the settings file %1 could not be read, and those settings are back to their defaults.</source>
+        <extracomment>Shown once when the settings file has a part that cannot be read and no copy of it could be made; %1 the file</extracomment>
+        <translation>設定ファイル %1 の一部を読み取れなかったため、その設定は既定値に戻りました。</translation>
+    </message>
 </context>
 </TS>

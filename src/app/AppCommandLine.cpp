@@ -189,8 +189,15 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
     }
     if (parser.isSet(screenshotOption))
         result.screenshotFile = parser.value(screenshotOption);
-    if (parser.isSet(settingsOption))
-        result.settingsFile = parser.value(settingsOption);
+    if (parser.isSet(settingsOption)) {
+        // A FIFO or a device would block the start for good, a folder can never be written.
+        const QString file = parser.value(settingsOption);
+        const QFileInfo info(file);
+        if (info.exists() && !info.isFile())
+            return usageError(
+                QStringLiteral("--settings %1: not a regular file").arg(file), parser);
+        result.settingsFile = file;
+    }
     result.track = parser.isSet(trackOption);
     result.fullScreen = parser.isSet(fullScreenOption);
     result.exitWhenReady = parser.isSet(exitWhenReadyOption);

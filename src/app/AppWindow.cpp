@@ -62,7 +62,16 @@ int AppWindow::start(const AppCommandLine &commandLine)
     }
     if (commandLine.appearance)
         preferences.holdAppearanceForThisRun(*commandLine.appearance);
-    ApplicationStateSystem::sharedSystem();
+    ApplicationStateSystem &state = ApplicationStateSystem::sharedSystem();
+    // A live point not stored yet is stored on the way out, or when the app leaves the
+    // foreground: a suspended phone app may never come back.
+    connect(qApp, &QCoreApplication::aboutToQuit, &state,
+            &ApplicationStateSystem::storePendingCoordinate);
+    connect(qGuiApp, &QGuiApplication::applicationStateChanged, &state,
+            [&state](Qt::ApplicationState applicationState) {
+                if (applicationState != Qt::ApplicationActive)
+                    state.storePendingCoordinate();
+            });
     TargetSystem::sharedSystem();
     if (commandLine.gpsSource)
         LocationTrackingSystem::setSharedSource(*commandLine.gpsSource);

@@ -97,6 +97,17 @@ QPainterPath GlyphImageProvider::glyphPath(QStringView name)
         chevron.lineTo(17, tip);
         chevron.lineTo(24, ends);
         path = stroker.createStroke(chevron);
+    } else if (name == u"close") {
+        // A cross that dismisses or cancels.
+        QPainterPathStroker stroker;
+        stroker.setWidth(2.6);
+        stroker.setCapStyle(Qt::RoundCap);
+        QPainterPath cross;
+        cross.moveTo(11, 6);
+        cross.lineTo(23, 18);
+        cross.moveTo(23, 6);
+        cross.lineTo(11, 18);
+        path = stroker.createStroke(cross);
     } else if (name == u"settings") {
         // A gear: a ring with eight teeth.
         const QPointF centre(17, 12);

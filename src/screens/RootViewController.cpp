@@ -34,6 +34,7 @@ RootViewController::RootViewController(LocationTrackingSystem &tracking, UserDef
         m_bannerMessage = message;
         emit bannerMessageChanged();
     });
+    m_bannerMessage = defaults.readProblem().value_or(QString());
 }
 
 QStringList RootViewController::screenNames()
@@ -44,6 +45,14 @@ QStringList RootViewController::screenNames()
 int RootViewController::fullScreenToggled(int visibility)
 {
     return visibility == QWindow::FullScreen ? QWindow::Windowed : QWindow::FullScreen;
+}
+
+void RootViewController::dismissBanner()
+{
+    if (m_bannerMessage.isEmpty())
+        return;
+    m_bannerMessage.clear();
+    emit bannerMessageChanged();
 }
 
 void RootViewController::setTablet(bool tablet)

@@ -75,6 +75,8 @@ public:
     void setInitialScreen(const QString &screen);
 
     Q_INVOKABLE void showSettings() { emit settingsRequested(); }
+    // The user has read the banner.
+    Q_INVOKABLE void dismissBanner();
     // F11: full screen from any other state, and back to a window from full screen.
     Q_INVOKABLE static int fullScreenToggled(int visibility);
     // Asks for the screen of that name; false if there is none of that name.

@@ -3,9 +3,12 @@
 #include "Coordinate.h"
 
 #include <QObject>
+#include <QTimer>
 #include <QVariant>
 #include <QtQml/qqmlregistration.h>
 
+#include <chrono>
+#include <functional>
 #include <optional>
 
 class QJSEngine;
@@ -13,8 +16,10 @@ class QQmlEngine;
 class UserDefaults;
 
 // The one current point of the app, with whether it comes from live tracking and how accurate
-// the last fix was. Every change of the point is written through to the store at once; the
-// last point comes back at the next start.
+// the last fix was. A point the user types or picks is written through to the store at once; a
+// live fix only once it has moved by more than its accuracy from the stored point, at most once
+// every liveStoreInterval, and always when tracking stops: a receiver's every fix would wear out
+// a Pi's SD card. The last point comes back at the next start.
 class ApplicationStateSystem : public QObject
 {
     Q_OBJECT
@@ -35,7 +40,13 @@ public:
     // The sample point shown until a point has been chosen or tracked.
     static constexpr Coordinate defaultCoordinate{47.620496, -122.34927};
 
+    // A SIGKILL while tracking loses at most this much of the track.
+    static constexpr std::chrono::seconds liveStoreInterval{10};
+
+    using Clock = std::function<std::chrono::steady_clock::time_point()>;
     explicit ApplicationStateSystem(UserDefaults &defaults, QObject *parent = nullptr);
+    // With a clock of the caller's (tests).
+    ApplicationStateSystem(UserDefaults &defaults, Clock clock, QObject *parent = nullptr);
 
     static ApplicationStateSystem &sharedSystem();
     // The shared system as QML's singleton; the engine never owns it.
@@ -59,14 +70,25 @@ public:
     // Latitude into [-90, 90], longitude into [-180, 180): 180 becomes -180.
     static Coordinate normalized(Coordinate coordinate);
 
+    // Stores a live point not stored yet: when the app quits or is suspended.
+    void storePendingCoordinate();
+
 signals:
     void coordinateChanged();
     void coordinateIsLiveTrackedChanged();
     void coordinateAccuracyChanged();
 
 private:
+    void store();
+    void storeLiveFixWhenDue();
+
     UserDefaults &m_defaults;
+    Clock m_clock;
     Coordinate m_coordinate = defaultCoordinate;
+    Coordinate m_stored = defaultCoordinate;
+    bool m_pending = false;
+    std::optional<std::chrono::steady_clock::time_point> m_lastStore;
+    QTimer m_storeTimer;
     bool m_coordinateIsLiveTracked = false;
     std::optional<double> m_coordinateAccuracy;
 };

@@ -4,6 +4,9 @@
 #include "NumberVariant.h"
 
 #include <QCoreApplication>
+#include <QFile>
+#include <QRegularExpression>
+#include <QStringDecoder>
 
 #include <cmath>
 
@@ -43,6 +46,42 @@ std::optional<double> numberFromValue(const QVariant &value)
     return std::nullopt;
 }
 
+// Whether every line of an INI text is one that QSettings reads in full, and each key it holds is
+// among those QSettings found: an unclosed quote or section header makes it skip the rest.
+bool readsBackWhole(const QByteArray &bytes, const QStringList &keys)
+{
+    QStringDecoder utf8(QStringDecoder::Utf8);
+    const QString text = utf8(bytes);
+    if (utf8.hasError())
+        return false;
+    static const QRegularExpression plainKey(QStringLiteral("^[A-Za-z0-9_.-]+$"));
+    QString section;
+    for (const QString &raw : text.split(u'\n')) {
+        const QString line = raw.trimmed();
+        if (line.isEmpty() || line.startsWith(u';') || line.startsWith(u'#'))
+            continue;
+        if (line.startsWith(u'[')) {
+            if (!line.endsWith(u']'))
+                return false;
+            section = line.mid(1, line.size() - 2);
+            continue;
+        }
+        const qsizetype equals = line.indexOf(u'=');
+        if (equals < 0)
+            return false;
+        const QString key = line.left(equals).trimmed();
+        // Keys in QSettings' own escaped form, or none, are left to it.
+        if (!plainKey.match(key).hasMatch())
+            continue;
+        const QString path = section.isEmpty() || section == u"General"
+                                 ? key
+                                 : section + u'/' + key;
+        if (!keys.contains(path))
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 UserDefaults::UserDefaults(QObject *parent)
@@ -53,11 +92,42 @@ UserDefaults::UserDefaults(QObject *parent)
                                                  : QCoreApplication::organizationName(),
                                              QStringLiteral("Veltor")))
 {
+    checkReadsBackWhole();
 }
 
 UserDefaults::UserDefaults(const QString &fileName, QObject *parent)
     : QObject(parent), m_settings(std::make_unique<QSettings>(fileName, QSettings::IniFormat))
 {
+    checkReadsBackWhole();
+}
+
+void UserDefaults::checkReadsBackWhole()
+{
+    QFile file(m_settings->fileName());
+    if (!file.exists() || !file.open(QIODevice::ReadOnly))
+        return;
+    const QByteArray bytes = file.readAll();
+    file.close();
+    if (m_settings->status() != QSettings::FormatError &&
+        readsBackWhole(bytes, m_settings->allKeys()))
+        return;
+    // The next write would make the loss final: keep what was there first.
+    const QString aside = m_settings->fileName() + QStringLiteral(".bad");
+    QFile::remove(aside);
+    QFile copy(aside);
+    const bool kept = copy.open(QIODevice::WriteOnly) && copy.write(bytes) == bytes.size();
+    copy.close();
+    m_readProblem =
+        kept ?
+             //: Shown once when the settings file has a part that cannot be read; %1 the file,
+             //: %2 the copy
+             //% "Part of the settings file %1 could not be read, and those settings are back to their defaults. The file as it was is kept as %2."
+             qtTrId("settings.error.unreadable").arg(m_settings->fileName(), aside)
+             :
+             //: Shown once when the settings file has a part that cannot be read and no copy
+             //: of it could be made; %1 the file
+             //% "Part of the settings file %1 could not be read, and those settings are back to their defaults."
+             qtTrId("settings.error.unreadable-not-kept").arg(m_settings->fileName());
 }
 
 UserDefaults::~UserDefaults() = default;

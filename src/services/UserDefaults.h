@@ -10,7 +10,9 @@
 
 // The key-value store behind settings and the last point. Values written here are kept in
 // memory at once; synchronize() writes them to the file and reports a store that cannot be
-// written without losing what is in memory. Registered defaults live in memory only.
+// written without losing what is in memory. Registered defaults live in memory only. A file that
+// does not read back whole (a typo hides every key after it) is copied aside as FILE.bad before
+// anything can be written over it, and readProblem() says so.
 class UserDefaults : public QObject
 {
     Q_OBJECT
@@ -46,13 +48,18 @@ public:
 
     QString fileName() const;
 
+    // What was wrong with the file when it was read, in the user's language; none if nothing.
+    std::optional<QString> readProblem() const { return m_readProblem; }
+
 signals:
     void storeFailed(const QString &message);
 
 private:
     QVariant value(const QString &key) const;
+    void checkReadsBackWhole();
 
     std::unique_ptr<QSettings> m_settings;
     QVariantMap m_registeredDefaults;
     QSettings::Status m_lastStatus = QSettings::NoError;
+    std::optional<QString> m_readProblem;
 };

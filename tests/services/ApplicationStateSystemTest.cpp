@@ -6,8 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <limits>
 #include <tuple>
+
+#include <sys/inotify.h>
+#include <unistd.h>
 
 namespace {
 
@@ -114,6 +118,65 @@ TEST_F(ApplicationStateSystemTest, EachChangeIsAnnouncedOnceAndWrittenThrough)
     // The same point again is still a change.
     state->setCoordinate({51.5, -0.1});
     EXPECT_EQ(coordinate.count(), 2);
+}
+
+// A receiver's every fix is not a write to flash: a live point is stored once it has moved by
+// more than its accuracy, at most every 10 s, and where tracking stops.
+TEST_F(ApplicationStateSystemTest, LiveFixesAreStoredWhenTheyMoveAndAtMostEveryTenSeconds)
+{
+    using namespace std::chrono_literals;
+    // Fixes a second apart unless said, metres moved north per fix, their accuracy, how many,
+    // and the writes of the settings file expected, the one where tracking stops included (none
+    // where the point is where it was stored).
+    const std::tuple<const char *, std::chrono::milliseconds, double, std::optional<double>, int,
+                     int>
+        runs[] = {
+            {"stationary 10 Hz receiver", 100ms, 0.0, 5.0, 200, 1},
+            {"jitter within the accuracy", 1000ms, 3.0, 5.0, 60, 2},
+            {"walking", 1000ms, 1.5, 5.0, 60, 7},
+            {"driving", 1000ms, 30.0, 5.0, 60, 7},
+            {"no accuracy", 1000ms, 1.0, std::nullopt, 60, 7},
+        };
+    for (const auto &[what, interval, step, accuracy, fixes, expectedWrites] : runs) {
+        SCOPED_TRACE(what);
+        std::chrono::steady_clock::time_point now;
+        m_defaults = std::make_unique<UserDefaults>(path());
+        ApplicationStateSystem state(*m_defaults, [&] { return now; });
+        // Every time the settings file is replaced or written, as strace would see it.
+        const int watch = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+        ASSERT_GE(watch, 0);
+        ASSERT_GE(inotify_add_watch(watch, m_dir.path().toLocal8Bit().constData(),
+                                    IN_MOVED_TO | IN_CLOSE_WRITE),
+                  0);
+        // Steps that wrote it: one write can show as more than one event.
+        int writes = 0;
+        const auto countWrite = [&] {
+            alignas(inotify_event) char events[4096];
+            bool wrote = false;
+            for (ssize_t size; (size = read(watch, events, sizeof events)) > 0;) {
+                for (char *at = events; at < events + size;) {
+                    const auto *event = reinterpret_cast<const inotify_event *>(at);
+                    wrote |= event->len > 0 && QByteArray(event->name) == "settings.ini";
+                    at += sizeof(inotify_event) + event->len;
+                }
+            }
+            writes += wrote;
+        };
+        Coordinate fix{48.0, 11.0};
+        for (int i = 0; i < fixes; ++i, now += interval) {
+            // Jitter goes back and forth; a walk or a drive goes on.
+            fix.latitude += (step == 3.0 && i % 2 ? -step : step) / 111'195.0;
+            state.setCoordinate(fix);
+            state.setCoordinateIsLiveTracked(true);
+            state.setCoordinateAccuracy(accuracy);
+            countWrite();
+        }
+        state.setCoordinateIsLiveTracked(false);
+        countWrite();
+        close(watch);
+        EXPECT_EQ(writes, expectedWrites);
+        EXPECT_EQ(relaunch()->coordinate(), fix);
+    }
 }
 
 } // namespace

@@ -68,26 +68,39 @@ TEST_F(UserDefaultsTest, WrongTypesAndAbsurdNumbersReadAsDefaults)
     }
 }
 
-TEST_F(UserDefaultsTest, CorruptFilesReadAsDefaults)
+TEST_F(UserDefaultsTest, CorruptFilesReadAsDefaultsAndAreKeptAsideBeforeAnyWrite)
 {
-    const QByteArray files[] = {
-        QByteArray("\x00\xff\xfe garbage \x01\x02", 14),
-        "[General\nVeltorSavedLatitude=",
-        "VeltorSavedLatitude=12\n[[[\n=\n==",
-        QByteArray(100000, 'x'),
-        "",
+    // The file, whether a key after the damage is still read, and whether it is damaged.
+    const std::tuple<QByteArray, bool, bool> files[] = {
+        {QByteArray("\x00\xff\xfe garbage \x01\x02", 14), false, true},
+        {"[General\nVeltorSavedLatitude=", false, true},
+        {"VeltorSavedLatitude=12\n[[[\n=\n==", false, true},
+        {QByteArray(100000, 'x'), false, true},
+        // An unclosed quote hides every later key without QSettings saying so.
+        {"[General]\nA=\"open\nVeltorSavedLongitude=3\n", false, true},
+        {"[General]\nA=1\n\xff\xfe\nVeltorSavedLongitude=3\n", true, true},
+        {"", false, false},
+        {"[General]\n; a comment\nA=\"a, b\"\nVeltorSavedLongitude=3\n", true, false},
     };
     const QString key = QStringLiteral("VeltorSavedLongitude");
-    for (const QByteArray &contents : files) {
+    for (const auto &[contents, laterKeyRead, damaged] : files) {
+        SCOPED_TRACE(contents.left(40).toHex().toStdString());
         writeFile(contents);
+        const QString aside = path() + QStringLiteral(".bad");
         UserDefaults defaults(path());
         defaults.registerDefaults({{key, -122.34927}});
-        EXPECT_EQ(defaults.doubleForKey(key), -122.34927);
+        EXPECT_EQ(defaults.doubleForKey(key), laterKeyRead ? 3.0 : -122.34927);
         EXPECT_FALSE(defaults.boolForKey(QStringLiteral("ShowGridPreference")));
-        // The store stays usable and the next write replaces the damage.
+        // Told, and the file as it was kept, before the next write replaces the damage.
+        EXPECT_EQ(defaults.readProblem().has_value(), damaged);
+        QFile kept(aside);
+        EXPECT_EQ(kept.open(QIODevice::ReadOnly) ? kept.readAll() : QByteArray("none"),
+                  damaged ? contents : QByteArray("none"));
         defaults.setDouble(1.5, key);
         EXPECT_TRUE(defaults.synchronize());
-        EXPECT_EQ(UserDefaults(path()).doubleForKey(key), 1.5);
+        const UserDefaults reread(path());
+        EXPECT_EQ(reread.doubleForKey(key), 1.5);
+        EXPECT_FALSE(reread.readProblem());
     }
 }
 
