@@ -5,13 +5,15 @@ import Veltor
 
 // A text field under a settings row (an address, a path, a URL). The text goes to the controller
 // when editing ends (Enter, Tab or a tap elsewhere); the controller keeps it or says why not
-// below the field.
+// below the field. Without an error, a note there can say what became of the value.
 ColumnLayout {
     id: field
 
     property string value
     property string placeholder
     property string error
+    property string note
+    property bool noteIsWarning: false
     property string accessibilityLabel
 
     signal submitted(string text)
@@ -30,7 +32,7 @@ ColumnLayout {
         color: Theme.textColor
         inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
         Accessible.name: field.accessibilityLabel
-        Accessible.description: field.error
+        Accessible.description: message.text
         background: Rectangle {
             color: Theme.keyFaceColor
             border.color: field.error.length > 0 ? Theme.warningColor : Theme.dividerColor
@@ -38,12 +40,14 @@ ColumnLayout {
         onEditingFinished: field.submitted(input.text)
     }
     SecondaryLabel {
+        id: message
         Layout.fillWidth: true
         Layout.leftMargin: Theme.spacing
         Layout.rightMargin: Theme.spacing
-        visible: field.error.length > 0
-        text: field.error
-        color: Theme.warningColor
+        visible: text.length > 0
+        text: field.error.length > 0 ? field.error : field.note
+        color: field.error.length > 0 || field.noteIsWarning ? Theme.warningColor
+                                                             : Theme.secondaryTextColor
         wrapMode: Text.Wrap
     }
 }

@@ -45,6 +45,20 @@ ColumnLayout {
             Accessible.role: Accessible.StaticText
             Accessible.name: tools.fix.receiverAccessibilityLabel
         }
+        SecondaryLabel {
+            Layout.fillWidth: true
+            visible: text.length > 0
+            text: tools.stationProblem
+            color: Theme.textColor
+            padding: Theme.spacing / 2
+            wrapMode: Text.Wrap
+            background: Rectangle {
+                color: Theme.warningColor
+                radius: 4
+            }
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
         TintLabel {
             Layout.fillWidth: true
             visible: tools.fix.stale

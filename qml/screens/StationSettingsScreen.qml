@@ -153,6 +153,8 @@ FocusScope {
                     //% "Host:Port"
                     placeholder: qsTrId("station.address")
                     error: controller.wsjtxAddressError
+                    note: controller.wsjtxStatus
+                    noteIsWarning: controller.wsjtxFailed
                     //: Spoken name of the WSJT-X address field
                     //% "WSJT-X address"
                     accessibilityLabel: qsTrId("station.wsjtx-address-spoken")

@@ -1097,5 +1097,35 @@
         <extracomment>Shown once when the settings file has a part that cannot be read and no copy of it could be made; %1 the file</extracomment>
         <translation>Ein Teil der Einstellungsdatei %1 war nicht lesbar; diese Einstellungen sind wieder auf ihren Standardwerten.</translation>
     </message>
+    <message id="settings.address.error.interface">
+        <source>Only a multicast group can name a network interface, after a % sign.</source>
+        <extracomment>Under an address field of the settings when an interface follows no multicast group</extracomment>
+        <translation>Nur eine Multicast-Gruppe kann eine Netzwerkschnittstelle nennen, nach einem %-Zeichen.</translation>
+    </message>
+    <message id="station.wsjtx.error.unknown-host">
+        <source>Cannot listen for WSJT-X on %1: the host name is not known.</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address</extracomment>
+        <translation>WSJT-X kann auf %1 nicht empfangen werden: Der Hostname ist unbekannt.</translation>
+    </message>
+    <message id="station.wsjtx.error.no-interface">
+        <source>Cannot listen for WSJT-X on %1: this computer has no network interface of that name.</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address</extracomment>
+        <translation>WSJT-X kann auf %1 nicht empfangen werden: Dieser Rechner hat keine Netzwerkschnittstelle dieses Namens.</translation>
+    </message>
+    <message id="station.wsjtx.error.in-use">
+        <source>Cannot listen for WSJT-X on %1: another program holds the port.</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address</extracomment>
+        <translation>WSJT-X kann auf %1 nicht empfangen werden: Ein anderes Programm belegt den Port.</translation>
+    </message>
+    <message id="station.wsjtx.error.other">
+        <source>Cannot listen for WSJT-X on %1: %2</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address, %2 the system&apos;s reason</extracomment>
+        <translation>WSJT-X kann auf %1 nicht empfangen werden: %2</translation>
+    </message>
+    <message id="station.wsjtx.listening">
+        <source>Listening for WSJT-X on %1</source>
+        <extracomment>Under the WSJT-X address in the station settings; %1 the address</extracomment>
+        <translation>Empfängt WSJT-X auf %1</translation>
+    </message>
 </context>
 </TS>

@@ -1097,5 +1097,35 @@
         <extracomment>Shown once when the settings file has a part that cannot be read and no copy of it could be made; %1 the file</extracomment>
         <translation>Part of the settings file %1 could not be read, and those settings are back to their defaults.</translation>
     </message>
+    <message id="settings.address.error.interface">
+        <source>Only a multicast group can name a network interface, after a % sign.</source>
+        <extracomment>Under an address field of the settings when an interface follows no multicast group</extracomment>
+        <translation>Only a multicast group can name a network interface, after a % sign.</translation>
+    </message>
+    <message id="station.wsjtx.error.unknown-host">
+        <source>Cannot listen for WSJT-X on %1: the host name is not known.</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address</extracomment>
+        <translation>Cannot listen for WSJT-X on %1: the host name is not known.</translation>
+    </message>
+    <message id="station.wsjtx.error.no-interface">
+        <source>Cannot listen for WSJT-X on %1: this computer has no network interface of that name.</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address</extracomment>
+        <translation>Cannot listen for WSJT-X on %1: this computer has no network interface of that name.</translation>
+    </message>
+    <message id="station.wsjtx.error.in-use">
+        <source>Cannot listen for WSJT-X on %1: another program holds the port.</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address</extracomment>
+        <translation>Cannot listen for WSJT-X on %1: another program holds the port.</translation>
+    </message>
+    <message id="station.wsjtx.error.other">
+        <source>Cannot listen for WSJT-X on %1: %2</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address, %2 the system&apos;s reason</extracomment>
+        <translation>Cannot listen for WSJT-X on %1: %2</translation>
+    </message>
+    <message id="station.wsjtx.listening">
+        <source>Listening for WSJT-X on %1</source>
+        <extracomment>Under the WSJT-X address in the station settings; %1 the address</extracomment>
+        <translation>Listening for WSJT-X on %1</translation>
+    </message>
 </context>
 </TS>

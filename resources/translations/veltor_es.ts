@@ -1097,5 +1097,35 @@
         <extracomment>Shown once when the settings file has a part that cannot be read and no copy of it could be made; %1 the file</extracomment>
         <translation>Una parte del archivo de ajustes %1 no se pudo leer y esos ajustes han vuelto a sus valores predeterminados.</translation>
     </message>
+    <message id="settings.address.error.interface">
+        <source>Only a multicast group can name a network interface, after a % sign.</source>
+        <extracomment>Under an address field of the settings when an interface follows no multicast group</extracomment>
+        <translation>Solo un grupo multicast puede nombrar una interfaz de red, tras un signo %.</translation>
+    </message>
+    <message id="station.wsjtx.error.unknown-host">
+        <source>Cannot listen for WSJT-X on %1: the host name is not known.</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address</extracomment>
+        <translation>No se puede escuchar a WSJT-X en %1: el nombre de host no se conoce.</translation>
+    </message>
+    <message id="station.wsjtx.error.no-interface">
+        <source>Cannot listen for WSJT-X on %1: this computer has no network interface of that name.</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address</extracomment>
+        <translation>No se puede escuchar a WSJT-X en %1: este equipo no tiene ninguna interfaz de red con ese nombre.</translation>
+    </message>
+    <message id="station.wsjtx.error.in-use">
+        <source>Cannot listen for WSJT-X on %1: another program holds the port.</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address</extracomment>
+        <translation>No se puede escuchar a WSJT-X en %1: otro programa ocupa el puerto.</translation>
+    </message>
+    <message id="station.wsjtx.error.other">
+        <source>Cannot listen for WSJT-X on %1: %2</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address, %2 the system&apos;s reason</extracomment>
+        <translation>No se puede escuchar a WSJT-X en %1: %2</translation>
+    </message>
+    <message id="station.wsjtx.listening">
+        <source>Listening for WSJT-X on %1</source>
+        <extracomment>Under the WSJT-X address in the station settings; %1 the address</extracomment>
+        <translation>Escuchando a WSJT-X en %1</translation>
+    </message>
 </context>
 </TS>

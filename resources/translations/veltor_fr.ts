@@ -1097,5 +1097,35 @@
         <extracomment>Shown once when the settings file has a part that cannot be read and no copy of it could be made; %1 the file</extracomment>
         <translation>Une partie du fichier de réglages %1 n’a pas pu être lue ; ces réglages sont revenus à leurs valeurs par défaut.</translation>
     </message>
+    <message id="settings.address.error.interface">
+        <source>Only a multicast group can name a network interface, after a % sign.</source>
+        <extracomment>Under an address field of the settings when an interface follows no multicast group</extracomment>
+        <translation>Seul un groupe multicast peut nommer une interface réseau, après un signe %.</translation>
+    </message>
+    <message id="station.wsjtx.error.unknown-host">
+        <source>Cannot listen for WSJT-X on %1: the host name is not known.</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address</extracomment>
+        <translation>Impossible d’écouter WSJT-X sur %1 : le nom d’hôte est inconnu.</translation>
+    </message>
+    <message id="station.wsjtx.error.no-interface">
+        <source>Cannot listen for WSJT-X on %1: this computer has no network interface of that name.</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address</extracomment>
+        <translation>Impossible d’écouter WSJT-X sur %1 : cet ordinateur n’a pas d’interface réseau de ce nom.</translation>
+    </message>
+    <message id="station.wsjtx.error.in-use">
+        <source>Cannot listen for WSJT-X on %1: another program holds the port.</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address</extracomment>
+        <translation>Impossible d’écouter WSJT-X sur %1 : un autre programme occupe le port.</translation>
+    </message>
+    <message id="station.wsjtx.error.other">
+        <source>Cannot listen for WSJT-X on %1: %2</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address, %2 the system&apos;s reason</extracomment>
+        <translation>Impossible d’écouter WSJT-X sur %1 : %2</translation>
+    </message>
+    <message id="station.wsjtx.listening">
+        <source>Listening for WSJT-X on %1</source>
+        <extracomment>Under the WSJT-X address in the station settings; %1 the address</extracomment>
+        <translation>À l’écoute de WSJT-X sur %1</translation>
+    </message>
 </context>
 </TS>

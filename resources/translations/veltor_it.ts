@@ -1097,5 +1097,35 @@
         <extracomment>Shown once when the settings file has a part that cannot be read and no copy of it could be made; %1 the file</extracomment>
         <translation>Una parte del file delle impostazioni %1 non è leggibile e quelle impostazioni sono tornate ai valori predefiniti.</translation>
     </message>
+    <message id="settings.address.error.interface">
+        <source>Only a multicast group can name a network interface, after a % sign.</source>
+        <extracomment>Under an address field of the settings when an interface follows no multicast group</extracomment>
+        <translation>Solo un gruppo multicast può indicare un’interfaccia di rete, dopo un segno %.</translation>
+    </message>
+    <message id="station.wsjtx.error.unknown-host">
+        <source>Cannot listen for WSJT-X on %1: the host name is not known.</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address</extracomment>
+        <translation>Impossibile ascoltare WSJT-X su %1: il nome host non è noto.</translation>
+    </message>
+    <message id="station.wsjtx.error.no-interface">
+        <source>Cannot listen for WSJT-X on %1: this computer has no network interface of that name.</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address</extracomment>
+        <translation>Impossibile ascoltare WSJT-X su %1: questo computer non ha un’interfaccia di rete con quel nome.</translation>
+    </message>
+    <message id="station.wsjtx.error.in-use">
+        <source>Cannot listen for WSJT-X on %1: another program holds the port.</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address</extracomment>
+        <translation>Impossibile ascoltare WSJT-X su %1: un altro programma occupa la porta.</translation>
+    </message>
+    <message id="station.wsjtx.error.other">
+        <source>Cannot listen for WSJT-X on %1: %2</source>
+        <extracomment>Under the WSJT-X address and in the GPS state line; %1 the address, %2 the system&apos;s reason</extracomment>
+        <translation>Impossibile ascoltare WSJT-X su %1: %2</translation>
+    </message>
+    <message id="station.wsjtx.listening">
+        <source>Listening for WSJT-X on %1</source>
+        <extracomment>Under the WSJT-X address in the station settings; %1 the address</extracomment>
+        <translation>In ascolto di WSJT-X su %1</translation>
+    </message>
 </context>
 </TS>

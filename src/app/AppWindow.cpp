@@ -5,6 +5,7 @@
 #include "LocationTrackingSystem.h"
 #include "MapSource.h"
 #include "PreferencesSystem.h"
+#include "StationGridPublisher.h"
 #include "TargetSystem.h"
 #include "UserDefaults.h"
 #include "WindowPlacement.h"
@@ -77,7 +78,7 @@ int AppWindow::start(const AppCommandLine &commandLine)
         LocationTrackingSystem::setSharedSource(*commandLine.gpsSource);
     LocationTrackingSystem::sharedSystem();
 
-    m_gridPublisher = std::make_unique<StationGridPublisher>();
+    StationGridPublisher::sharedSystem();
     m_engine = std::make_unique<QQmlApplicationEngine>();
     // Qt 6.4 does not look for modules in the resources by itself; ours is at qrc:/Veltor.
     m_engine->addImportPath(QStringLiteral("qrc:/"));

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "AppCommandLine.h"
-#include "StationGridPublisher.h"
 #include "Localization.h"
 #include "QuitSignalWatcher.h"
 
@@ -35,6 +34,5 @@ private:
     Localization m_localization;
     QuitSignalWatcher m_quitSignals;
     // Made once the shared systems read the right settings file.
-    std::unique_ptr<StationGridPublisher> m_gridPublisher;
     std::unique_ptr<QQmlApplicationEngine> m_engine;
 };

@@ -1,9 +1,14 @@
 #include "FieldToolsController.h"
 
+#include "StationGridPublisher.h"
+
 #include <QStringList>
 
-FieldToolsController::FieldToolsController(QObject *parent) : QObject(parent)
+FieldToolsController::FieldToolsController(QObject *parent)
+    : QObject(parent), m_feed(StationGridPublisher::sharedSystem().gridSender())
 {
+    connect(&m_feed, &StationGridSender::wsjtxStatusChanged, this,
+            &FieldToolsController::stationProblemChanged);
     connect(&m_position, &GridPositionController::changed, this,
             &FieldToolsController::summaryChanged);
     connect(&m_target, &TargetController::changed, this, &FieldToolsController::summaryChanged);
@@ -24,4 +29,9 @@ QString FieldToolsController::summaryText() const
     if (m_target.shown())
         parts.append(m_target.summaryText());
     return parts.join(QStringLiteral(" · "));
+}
+
+QString FieldToolsController::stationProblem() const
+{
+    return m_feed.wsjtxFailed() ? m_feed.wsjtxStatus() : QString();
 }

@@ -10,6 +10,8 @@
 
 // The field panel under the read-outs: the receiver's word on its fix, where the point lies in
 // its cell and the way to the target, and the one line they fold to where the map needs room.
+class StationGridSender;
+
 class FieldToolsController : public QObject
 {
     Q_OBJECT
@@ -23,6 +25,8 @@ class FieldToolsController : public QObject
     Q_PROPERTY(QString summaryText READ summaryText NOTIFY summaryChanged)
     Q_PROPERTY(QString summaryAccessibilityLabel READ summaryAccessibilityLabel NOTIFY
                    summaryChanged)
+    // Why the grid cannot reach the station's programs, said where the GPS state is.
+    Q_PROPERTY(QString stationProblem READ stationProblem NOTIFY stationProblemChanged)
 
 public:
     // Over the app's shared systems.
@@ -34,12 +38,15 @@ public:
     bool hasInstruments() const { return m_position.shown() || m_target.shown(); }
     QString summaryText() const;
     QString summaryAccessibilityLabel() const;
+    QString stationProblem() const;
 
 signals:
     void summaryChanged();
+    void stationProblemChanged();
 
 private:
     GridPositionController m_position;
     TargetController m_target;
     FixAgeController m_fix;
+    const StationGridSender &m_feed;
 };

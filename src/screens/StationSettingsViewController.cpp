@@ -2,6 +2,7 @@
 
 #include "GpsSource.h"
 #include "PreferencesSystem.h"
+#include "StationGridPublisher.h"
 #include "StationGridSender.h"
 
 #include <QStringList>
@@ -17,14 +18,20 @@ QString gpsdAddressOf(const GpsSource &source)
 } // namespace
 
 StationSettingsViewController::StationSettingsViewController(QObject *parent)
-    : StationSettingsViewController(PreferencesSystem::sharedSystem(), parent)
+    : StationSettingsViewController(PreferencesSystem::sharedSystem(),
+                                    &StationGridPublisher::sharedSystem().gridSender(), parent)
 {
 }
 
 StationSettingsViewController::StationSettingsViewController(PreferencesSystem &preferences,
+                                                             const StationGridSender *feed,
                                                              QObject *parent)
-    : QObject(parent), m_preferences(preferences)
+    : QObject(parent), m_preferences(preferences), m_feed(feed)
 {
+    if (m_feed) {
+        connect(m_feed, &StationGridSender::wsjtxStatusChanged, this,
+                &StationSettingsViewController::changed);
+    }
     const GpsSource stored = GpsSource::parse(m_preferences.gpsSource());
     m_gpsdAddress = gpsdAddressOf(
         stored.kind() == GpsSource::Kind::Gpsd ? stored : GpsSource::parse(QStringLiteral("gpsd")));
@@ -119,6 +126,16 @@ void StationSettingsViewController::setGpsdAddress(const QString &address)
         useGpsd();
     else
         emit changed();
+}
+
+QString StationSettingsViewController::wsjtxStatus() const
+{
+    return m_feed && sendToWsjtx() ? m_feed->wsjtxStatus() : QString();
+}
+
+bool StationSettingsViewController::wsjtxFailed() const
+{
+    return m_feed && sendToWsjtx() && m_feed->wsjtxFailed();
 }
 
 void StationSettingsViewController::toggleWsjtx()

@@ -9,6 +9,7 @@
 #include <optional>
 
 class PreferencesSystem;
+class StationGridSender;
 
 // Veltor as part of the radio station: where the GPS comes from (the platform's positioning or
 // gpsd) and whether the live grid goes to WSJT-X and JS8Call, each with its address. An address
@@ -25,14 +26,19 @@ class StationSettingsViewController : public QObject
     Q_PROPERTY(bool sendToWsjtx READ sendToWsjtx NOTIFY changed)
     Q_PROPERTY(QString wsjtxAddress READ wsjtxAddress NOTIFY changed)
     Q_PROPERTY(QString wsjtxAddressError READ wsjtxAddressError NOTIFY changed)
+    // Where WSJT-X is listened for, or why it cannot be.
+    Q_PROPERTY(QString wsjtxStatus READ wsjtxStatus NOTIFY changed)
+    Q_PROPERTY(bool wsjtxFailed READ wsjtxFailed NOTIFY changed)
     Q_PROPERTY(bool sendToJs8Call READ sendToJs8Call NOTIFY changed)
     Q_PROPERTY(QString js8CallAddress READ js8CallAddress NOTIFY changed)
     Q_PROPERTY(QString js8CallAddressError READ js8CallAddressError NOTIFY changed)
 
 public:
-    // Over the app's shared preferences.
+    // Over the app's shared preferences and station feed.
     explicit StationSettingsViewController(QObject *parent = nullptr);
+    // The feed may be null: nothing is said of it.
     explicit StationSettingsViewController(PreferencesSystem &preferences,
+                                           const StationGridSender *feed = nullptr,
                                            QObject *parent = nullptr);
 
     static QString systemSourceTitle();
@@ -47,6 +53,8 @@ public:
     bool sendToWsjtx() const;
     QString wsjtxAddress() const;
     QString wsjtxAddressError() const { return m_wsjtxAddressError; }
+    QString wsjtxStatus() const;
+    bool wsjtxFailed() const;
     bool sendToJs8Call() const;
     QString js8CallAddress() const;
     QString js8CallAddressError() const { return m_js8CallAddressError; }
@@ -68,6 +76,7 @@ signals:
 
 private:
     PreferencesSystem &m_preferences;
+    const StationGridSender *m_feed;
     std::optional<NotificationObserver> m_sourceObserver;
     std::optional<NotificationObserver> m_gridObserver;
     std::optional<NotificationObserver> m_fixWaitObserver;

@@ -5,10 +5,11 @@
 
 #include <limits>
 
-StationGridPublisher::StationGridPublisher(QObject *parent)
-    : StationGridPublisher(ApplicationStateSystem::sharedSystem(),
-                           PreferencesSystem::sharedSystem(), parent)
+StationGridPublisher &StationGridPublisher::sharedSystem()
 {
+    static StationGridPublisher *const instance = new StationGridPublisher(
+        ApplicationStateSystem::sharedSystem(), PreferencesSystem::sharedSystem());
+    return *instance;
 }
 
 StationGridPublisher::StationGridPublisher(ApplicationStateSystem &state,

@@ -19,11 +19,13 @@ class StationGridPublisher : public QObject
     Q_OBJECT
 
 public:
-    // Over the app's shared systems.
-    explicit StationGridPublisher(QObject *parent = nullptr);
     StationGridPublisher(ApplicationStateSystem &state, PreferencesSystem &preferences,
                          QObject *parent = nullptr);
     ~StationGridPublisher() override;
+
+    // The app's feed, over its shared systems: the settings screen and the GPS state line show
+    // what it says.
+    static StationGridPublisher &sharedSystem();
 
     // Where the grid goes; the settings rows ask it whether an address is usable.
     const StationGridSender &gridSender() const { return m_sender; }

@@ -75,11 +75,36 @@ QString local(quint16 port)
 
 TEST(StationGridSender, AddressesAreUsableOrSayWhichPartIsWrong)
 {
-    for (const QStringList &row : testTable("services/station-addresses.tsv")) {
+    for (const QStringList &row : testTable("station/station-addresses.tsv")) {
         const QByteArray reason = "settings.address.error." + row[1].toLatin1();
         EXPECT_EQ(StationGridSender::addressError(row[0]),
                   row[1] == u"usable" ? std::nullopt : std::optional(qtTrId(reason.data())))
             << row[0].toStdString();
+    }
+}
+
+// Bound where the user said, never to every interface: a heartbeat from another host must get
+// no grid back. A port that cannot be had is said, not only logged.
+TEST(StationGridSender, ListensWhereTheAddressSaysOrSaysWhyNot)
+{
+    QUdpSocket holder;
+    ASSERT_TRUE(holder.bind(QHostAddress::LocalHost, 0));
+    for (const QStringList &row : testTable("station/wsjtx-listening.tsv")) {
+        QString address = row[0];
+        address.replace(QStringLiteral("{port}"), QString::number(freeUdpPort()))
+            .replace(QStringLiteral("{taken}"), QString::number(holder.localPort()));
+        StationGridSender sender;
+        QSignalSpy status(&sender, &StationGridSender::wsjtxStatusChanged);
+        sender.configure({true, address, false, {}});
+        if (status.isEmpty()) {
+            ASSERT_TRUE(status.wait(10000)) << address.toStdString();
+        }
+        const QString problem = row[2] == u"-" ? QString()
+                                               : qtTrId(row[2].toLatin1().constData()).arg(address);
+        EXPECT_EQ(sender.wsjtxFailed() ? sender.wsjtxStatus() : QString(), problem)
+            << address.toStdString();
+        EXPECT_EQ(sender.wsjtxPort() ? sender.wsjtxBoundAddress().toString() : QStringLiteral("-"), row[1])
+            << address.toStdString();
     }
 }
 
