@@ -50,7 +50,6 @@ void appendField(std::string &out, std::string_view name, std::string_view data)
     out += std::to_string(data.size());
     out += '>';
     out += data;
-    out += ' ';
 }
 
 } // namespace
@@ -174,12 +173,13 @@ void AdifRewriter::readRecords(std::string &out, std::string &errors, bool atEnd
         const std::size_t end = open + close + 1;
         const std::size_t colon = tag.find(':');
         const std::string_view name = tag.substr(0, colon);
-        if (colon == std::string_view::npos && equalsUpper(name, "EOR")) {
+        // End tags carry no data, whatever length a writer gives them: <EOR:0> ends a record.
+        if (equalsUpper(name, "EOR")) {
             endRecord(open, end, out, errors);
             continue;
         }
         // Fields before an <EOH> belong to a header that starts with one.
-        if (colon == std::string_view::npos && equalsUpper(name, "EOH") && m_records == 0) {
+        if (equalsUpper(name, "EOH") && m_records == 0) {
             out.append(m_buffer, m_start, end - m_start);
             startRecord(end);
             continue;
@@ -209,9 +209,14 @@ void AdifRewriter::readRecords(std::string &out, std::string &errors, bool atEnd
         }
         m_recordHasFields = true;
         for (int k = 0; k < KnownCount; ++k) {
-            // The first of repeated fields counts, as a reader of the log would take it.
-            if (!m_known[k] && equalsUpper(name, knownNames[k]))
+            // The first of repeated fields counts, as a reader of the log would take it; an
+            // empty one says nothing, and the first empty one is where a value is filled in.
+            if (m_known[k] || !equalsUpper(name, knownNames[k]))
+                continue;
+            if (length > 0)
                 m_known[k] = Span{end - m_start, length};
+            else if (!m_empty[k])
+                m_empty[k] = Span{open - m_start, end - open};
         }
         m_position = end + length;
     }
@@ -221,35 +226,60 @@ void AdifRewriter::endRecord(std::size_t eor, std::size_t end, std::string &out,
                              std::string &errors)
 {
     ++m_records;
-    std::string &additions = m_additions;
-    additions.clear();
+    m_added.fill(false);
     std::string problem;
-    const std::optional<Coordinate> contacted = completeStation(Grid, additions, problem);
+    const std::optional<Coordinate> contacted = completeStation(Grid, problem);
     if (problem.empty())
-        completeStation(MyGrid, additions, problem);
+        completeStation(MyGrid, problem);
     if (problem.empty() && m_from && contacted && value(Distance).empty()) {
         char kilometres[32];
         const int length = m_contest ? std::snprintf(kilometres, sizeof kilometres, "%d",
                                                      contestKilometres(*m_from, *contacted))
                                      : std::snprintf(kilometres, sizeof kilometres, "%.1f",
                                                      geodesicMetres(*m_from, *contacted) / 1000.0);
-        appendField(additions, knownNames[Distance],
-                    std::string_view(kilometres, std::size_t(length)));
+        add(Distance, std::string_view(kilometres, std::size_t(length)));
     }
-    if (problem.empty()) {
-        out.append(m_buffer, m_start, eor - m_start);
-        out += additions;
-        out.append(m_buffer, eor, end - eor);
-    } else {
+    if (!problem.empty()) {
         // Written as it came, so that nothing is lost.
         report(errors, m_records, ": " + problem);
         out.append(m_buffer, m_start, end - m_start);
+        startRecord(end);
+        return;
     }
+    // Empty fields filled where they stand, in the order they come; the rest before the <EOR>.
+    std::size_t copied = m_start;
+    while (true) {
+        int next = -1;
+        for (int k = 0; k < KnownCount; ++k) {
+            if (m_added[k] && m_empty[k] && m_start + m_empty[k]->start >= copied &&
+                (next < 0 || m_empty[k]->start < m_empty[next]->start))
+                next = k;
+        }
+        if (next < 0)
+            break;
+        const Span tag = *m_empty[next];
+        out.append(m_buffer, copied, m_start + tag.start - copied);
+        appendField(out, knownNames[next], m_additions[next]);
+        copied = m_start + tag.start + tag.length;
+    }
+    out.append(m_buffer, copied, eor - copied);
+    for (int k = 0; k < KnownCount; ++k) {
+        if (m_added[k] && !m_empty[k]) {
+            appendField(out, knownNames[k], m_additions[k]);
+            out += ' ';
+        }
+    }
+    out.append(m_buffer, eor, end - eor);
     startRecord(end);
 }
 
-std::optional<Coordinate> AdifRewriter::completeStation(Known grid, std::string &additions,
-                                                        std::string &problem) const
+void AdifRewriter::add(Known field, std::string_view data)
+{
+    m_additions[field].assign(data);
+    m_added[field] = true;
+}
+
+std::optional<Coordinate> AdifRewriter::completeStation(Known grid, std::string &problem)
 {
     const std::string_view gridText = value(grid);
     std::optional<Coordinate> centre;
@@ -283,19 +313,20 @@ std::optional<Coordinate> AdifRewriter::completeStation(Known grid, std::string 
         const int length = ExactLocator::encode(AdifLocation::exact(value(Known(grid + 1))),
                                                 AdifLocation::exact(value(Known(grid + 2))),
                                                 m_chars, locator);
-        appendField(additions, knownNames[grid], std::string_view(locator, std::size_t(length)));
+        add(grid, std::string_view(locator, std::size_t(length)));
     }
     for (int i = 0; i < 2 && centre; ++i) {
         if (degrees[i])
             continue;
         const auto axis = i == 0 ? AdifLocation::Axis::Latitude : AdifLocation::Axis::Longitude;
         degrees[i] = i == 0 ? centre->latitude : centre->longitude;
-        appendField(additions, knownNames[grid + 1 + i], AdifLocation::format(*degrees[i], axis));
+        add(Known(grid + 1 + i), AdifLocation::format(*degrees[i], axis));
     }
     if (degrees[0] && degrees[1])
         return Coordinate{*degrees[0], *degrees[1]};
     return std::nullopt;
 }
+
 
 std::string_view AdifRewriter::value(Known field) const
 {
@@ -309,6 +340,7 @@ void AdifRewriter::startRecord(std::size_t start)
 {
     m_start = m_position = start;
     m_known.fill(std::nullopt);
+    m_empty.fill(std::nullopt);
     m_recordHasFields = false;
 }
 

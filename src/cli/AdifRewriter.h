@@ -9,7 +9,9 @@
 #include <string_view>
 
 // veltor-locate --adif: copies an ADIF log (.adi) byte for byte, each record gaining the location
-// fields it lacks just before its <EOR>. The log goes through in pieces, so memory holds the
+// fields it lacks just before its <EOR>. A field present but empty is lacking too, and is filled
+// where it stands, so that a reader taking the first of a name finds the value. A second run
+// over its own output changes nothing. The log goes through in pieces, so memory holds the
 // record being read and no more.
 class AdifRewriter
 {
@@ -57,9 +59,9 @@ private:
     void readHeader(std::string &out, bool atEnd);
     void readRecords(std::string &out, std::string &errors, bool atEnd);
     void endRecord(std::size_t eor, std::size_t end, std::string &out, std::string &errors);
-    // Appends the fields one station lacks; its point when known. A bad field sets problem.
-    std::optional<Coordinate> completeStation(Known grid, std::string &additions,
-                                              std::string &problem) const;
+    // Fills the fields one station lacks; its point when known. A bad field sets problem.
+    std::optional<Coordinate> completeStation(Known grid, std::string &problem);
+    void add(Known field, std::string_view data);
     std::string_view value(Known field) const;
     void startRecord(std::size_t start);
     void report(std::string &errors, long long record, std::string_view text);
@@ -75,9 +77,12 @@ private:
     std::size_t m_start = 0;
     std::size_t m_position = 0;
     std::array<std::optional<Span>, KnownCount> m_known;
+    // The whole tag of a known field that is there but empty, the place its value goes.
+    std::array<std::optional<Span>, KnownCount> m_empty;
     bool m_recordHasFields = false;
-    // The fields a record gains, kept across records so that none allocates.
-    std::string m_additions;
+    // The data each field gains, kept across records so that none allocates.
+    std::array<std::string, KnownCount> m_additions;
+    std::array<bool, KnownCount> m_added{};
     long long m_records = 0;
     bool m_hadErrors = false;
 };

@@ -59,11 +59,40 @@ void appendShortest(std::string &out, double value)
     out.append(buffer, result.ptr);
 }
 
+// Queries are quoted in error lines up to this many bytes, so that one huge line does not
+// flood the terminal.
+constexpr std::size_t quotedLength = 80;
+
 void appendQuoted(std::string &out, std::string_view text)
 {
     out += '"';
-    out += text;
+    if (text.size() <= quotedLength) {
+        out += text;
+    } else {
+        // Cut before a character, never inside one.
+        std::size_t cut = quotedLength;
+        while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xc0) == 0x80)
+            --cut;
+        out += text.substr(0, cut);
+        out += "…";
+    }
     out += '"';
+}
+
+// A query as it may come from a file or another program: blanks and a byte-order mark around it
+// are no part of it.
+std::string_view bareQuery(std::string_view text)
+{
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    while (true) {
+        text = trimmed(text);
+        if (text.starts_with(byteOrderMark))
+            text.remove_prefix(byteOrderMark.size());
+        else if (text.ends_with(byteOrderMark))
+            text.remove_suffix(byteOrderMark.size());
+        else
+            return text;
+    }
 }
 
 // An unsigned decimal number that fills the whole text ("12", "12.5", ".5").
@@ -92,19 +121,16 @@ std::optional<double> strictNumber(std::string_view text)
     return value;
 }
 
-// One half of the app's own notation: "51° 30′ 0″ N", "51° 30.0000′ N" or "51.5000° N".
 // Built by appending: GCC 12 at -O3 misreads "\"" + std::string(...) as overlapping copies
 // (-Wrestrict).
 std::string quoted(std::string_view text)
 {
     std::string result;
-    result.reserve(text.size() + 2);
-    result.push_back('"');
-    result.append(text);
-    result.push_back('"');
+    appendQuoted(result, text);
     return result;
 }
 
+// One half of the app's own notation: "51° 30′ 0″ N", "51° 30.0000′ N" or "51.5000° N".
 std::optional<double> strictNotation(std::string_view text, char positive, char negative,
                                      std::string *why, std::optional<ExactAngle> *exact)
 {
@@ -478,6 +504,7 @@ std::optional<LocateCommand::Point> LocateCommand::pointOf(std::string_view quer
 
 bool LocateCommand::convert(std::string_view query, std::string &out, std::string &error) const
 {
+    query = bareQuery(query);
     const std::size_t errorStart = error.size();
     const std::optional<Point> point = pointOf(query, error);
     const bool ok = point && appendLine(*point, out, error);

@@ -29,7 +29,11 @@ TEST(LocateCommandTest, OneLinePerQuery)
         Strings arguments;
         for (const QString &argument : row[0].split(u' ', Qt::SkipEmptyParts))
             arguments.push_back(argument.toStdString());
-        const std::string query = row[1].toStdString();
+        QString escaped = row[1];
+        escaped.replace(QStringLiteral("\\t"), QStringLiteral("\t"))
+            .replace(QStringLiteral("\\r"), QStringLiteral("\r"))
+            .replace(QStringLiteral("\\b"), QString(QChar(0xfeff)));
+        const std::string query = escaped.toStdString();
         SCOPED_TRACE(query);
         // The table writes a tab as \t; a refused query writes nothing on out.
         QString line = row[2];
@@ -44,6 +48,12 @@ TEST(LocateCommandTest, OneLinePerQuery)
         // Exactly one line, or nothing at all.
         EXPECT_EQ(error.find('\n'), error.size() - 1) << error;
     }
+    // A huge bad line is named by its start alone.
+    std::string out, error;
+    const std::string huge = "JO62" + std::string(10'000'000, 'x');
+    EXPECT_FALSE(LocateCommand(options({})).convert(huge, out, error));
+    EXPECT_NE(error.find('"' + huge.substr(0, 80) + "…\""), std::string::npos);
+    EXPECT_LT(error.size(), 300u) << error.substr(0, 300);
 }
 
 // Every whole-degree corner of the globe, poles and antimeridian included, lies in the cell to
@@ -117,9 +127,9 @@ TEST(LocateProgramTest, StreamsAndExitStatuses)
          "JO01\t51° 30′ 0″ N\t1° 0′ 0″ E\t51.5\t1\nFN20\t40° 0′ 0″ N\t75° 0′ 0″ W\t40\t-75\n"
          "JF96\t33° 53′ 59″ S\t18° 23′ 59″ E\t-33.9\t18.4\n",
          "\"not a locator\""},
-        // Lenient, every line is taken as it stands.
+        // Lenient, every line is taken as it stands but for blanks around it.
         {"--lenient --chars 2", " JO01\n\nJO01 \n", 0,
-         jj + jj + "JO\t51° 30′ 0″ N\t1° 0′ 0″ E\t51.5\t1\n", ""},
+         "JO\t51° 30′ 0″ N\t1° 0′ 0″ E\t51.5\t1\n" + jj + "JO\t51° 30′ 0″ N\t1° 0′ 0″ E\t51.5\t1\n", ""},
         {"--chars 2", many, 0, manyOut, ""}, {"--chars 3", "", 2, "", "Usage: veltor-locate"},
         {"--help", "", 0, LocateCommand::usage(), ""},
         {"--version", "", 0, "veltor-locate " VELTOR_VERSION "\n", ""}};
