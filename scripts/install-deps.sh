@@ -20,8 +20,9 @@ packages=(
     gpsd gpsd-clients
     # The install tree's check validates the desktop entry, the AppStream data and the man pages.
     desktop-file-utils appstream man-db groff-base
-    # MBTiles map files: Qt SQL's SQLite driver, and the WebP decoder for their tiles.
-    libqt6sql6-sqlite
+    # MBTiles map files: Qt SQL's SQLite driver (and SQLite's own header for the time limit on
+    # reads), and the WebP decoder for their tiles.
+    libqt6sql6-sqlite libsqlite3-dev
     qt6-image-formats-plugins
 )
 # `install-deps.sh coverage` adds what `make coverage` needs, `package` what `make package` does.

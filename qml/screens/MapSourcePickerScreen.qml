@@ -69,6 +69,7 @@ FocusScope {
                     //% "MBTiles file path"
                     placeholder: qsTrId("map-source.mbtiles-path")
                     error: controller.mbtilesError
+                    note: controller.mbtilesNote
                     //: Field for the path of a map file in the MBTiles format
                     //% "MBTiles file path"
                     accessibilityLabel: qsTrId("map-source.mbtiles-path")

@@ -15,7 +15,7 @@ Page {
     //% "Veltor"
     title: qsTrId("app.name")
     // The map has every tile it needs and nothing moves: a picture now shows the whole screen.
-    readonly property bool settled: map.idle
+    readonly property bool settled: map.idle && !mapPanel.checkingMapFile
 
     RootViewController {
         id: controller

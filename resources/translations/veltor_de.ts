@@ -1127,5 +1127,15 @@
         <extracomment>Under the WSJT-X address in the station settings; %1 the address</extracomment>
         <translation>Empfängt WSJT-X auf %1</translation>
     </message>
+    <message id="mbtiles.too-slow">
+        <source>%1 takes too long to read; it is not a map file Veltor can use.</source>
+        <extracomment>%1 is the path of a map file whose reads do not finish in time (e.g. a hostile file)</extracomment>
+        <translation>%1 braucht zu lange zum Lesen; es ist keine Kartendatei, die Veltor nutzen kann.</translation>
+    </message>
+    <message id="map-source.mbtiles-checking">
+        <source>Checking the map file…</source>
+        <extracomment>Under the MBTiles path field while the file is read before it is used</extracomment>
+        <translation>Kartendatei wird geprüft…</translation>
+    </message>
 </context>
 </TS>

@@ -1127,5 +1127,15 @@
         <extracomment>Under the WSJT-X address in the station settings; %1 the address</extracomment>
         <translation>À l’écoute de WSJT-X sur %1</translation>
     </message>
+    <message id="mbtiles.too-slow">
+        <source>%1 takes too long to read; it is not a map file Veltor can use.</source>
+        <extracomment>%1 is the path of a map file whose reads do not finish in time (e.g. a hostile file)</extracomment>
+        <translation>%1 est trop long à lire ; ce n’est pas un fichier de carte utilisable par Veltor.</translation>
+    </message>
+    <message id="map-source.mbtiles-checking">
+        <source>Checking the map file…</source>
+        <extracomment>Under the MBTiles path field while the file is read before it is used</extracomment>
+        <translation>Vérification du fichier de carte…</translation>
+    </message>
 </context>
 </TS>

@@ -1123,5 +1123,15 @@
         <extracomment>Under the WSJT-X address in the station settings; %1 the address</extracomment>
         <translation>%1 で WSJT-X を待ち受け中</translation>
     </message>
+    <message id="mbtiles.too-slow">
+        <source>%1 takes too long to read; it is not a map file Veltor can use.</source>
+        <extracomment>%1 is the path of a map file whose reads do not finish in time (e.g. a hostile file)</extracomment>
+        <translation>%1 の読み取りに時間がかかりすぎます。Veltor で使える地図ファイルではありません。</translation>
+    </message>
+    <message id="map-source.mbtiles-checking">
+        <source>Checking the map file…</source>
+        <extracomment>Under the MBTiles path field while the file is read before it is used</extracomment>
+        <translation>地図ファイルを確認しています…</translation>
+    </message>
 </context>
 </TS>

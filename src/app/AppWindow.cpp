@@ -4,6 +4,7 @@
 #include "GlyphImageProvider.h"
 #include "LocationTrackingSystem.h"
 #include "MapSource.h"
+#include "MbtilesFile.h"
 #include "PreferencesSystem.h"
 #include "StationGridPublisher.h"
 #include "TargetSystem.h"
@@ -25,7 +26,7 @@ namespace {
 // The pin's drop, a sheet's opening and a last frame with every tile take less than this after
 // the map is idle.
 constexpr int settledFrameDelayMs = 600;
-constexpr int screenshotDeadlineMs = 15000;
+constexpr int screenshotDeadlineMs = 30000;
 
 } // namespace
 
@@ -46,12 +47,26 @@ int AppWindow::start(const AppCommandLine &commandLine)
         UserDefaults::setStandardFileName(*commandLine.settingsFile);
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
     PreferencesSystem &preferences = PreferencesSystem::sharedSystem();
-    if (commandLine.tileTemplate || commandLine.mbtilesPath || commandLine.tileAttribution) {
+    // A map file is checked before it is kept, off this thread: a hostile one must hang neither
+    // this start nor the next.
+    QFuture<void> mapFileChecked = QtFuture::makeReadyFuture();
+    if (commandLine.mbtilesPath) {
         MapSource source = preferences.mapSource();
-        if (commandLine.mbtilesPath) {
-            source.kind = MapSource::Kind::Mbtiles;
-            source.path = *commandLine.mbtilesPath;
-        } else if (commandLine.tileTemplate) {
+        source.kind = MapSource::Kind::Mbtiles;
+        source.path = *commandLine.mbtilesPath;
+        if (commandLine.tileAttribution)
+            source.attribution = *commandLine.tileAttribution;
+        mapFileChecked = MbtilesFile::check(source.path).then(
+            this, [&preferences, source](const MbtilesFile::Check &check) {
+                if (check.metadata)
+                    preferences.setMapSource(source);
+                else
+                    std::fprintf(stderr, "veltor: --tiles %s: %s\n", qPrintable(source.path),
+                                 qPrintable(check.error));
+            });
+    } else if (commandLine.tileTemplate || commandLine.tileAttribution) {
+        MapSource source = preferences.mapSource();
+        if (commandLine.tileTemplate) {
             source.kind = commandLine.tileTemplate->isEmpty() ? MapSource::Kind::Offline
                                                               : MapSource::Kind::Custom;
             if (!commandLine.tileTemplate->isEmpty())
@@ -125,10 +140,14 @@ int AppWindow::start(const AppCommandLine &commandLine)
     }
     if (commandLine.track)
         LocationTrackingSystem::sharedSystem().beginTracking();
-    if (commandLine.screenshotFile)
-        takeScreenshot(window, *commandLine.screenshotFile);
-    else if (commandLine.exitWhenReady)
-        whenSettled(window, [] { QCoreApplication::exit(0); });
+    // A picture of the map is taken on the map the command line asks for.
+    mapFileChecked.then(this, [this, window, file = commandLine.screenshotFile,
+                               exitWhenReady = commandLine.exitWhenReady] {
+        if (file)
+            takeScreenshot(window, *file);
+        else if (exitWhenReady)
+            whenSettled(window, [] { QCoreApplication::exit(0); });
+    });
     return -1;
 }
 
@@ -147,7 +166,13 @@ void AppWindow::takeScreenshot(QQuickWindow *window, const QString &file)
     // regardless: a picture with a tile missing beats none.
     auto *deadline = new QTimer(this);
     deadline->setSingleShot(true);
-    connect(deadline, &QTimer::timeout, this, grab);
+    connect(deadline, &QTimer::timeout, this, [grab] {
+        std::fprintf(stderr,
+                     "veltor: the map was still drawing after %d s; the picture shows it as it "
+                     "was\n",
+                     screenshotDeadlineMs / 1000);
+        grab();
+    });
     deadline->start(screenshotDeadlineMs);
     const auto settled = [this, deadline, grab] {
         QTimer::singleShot(settledFrameDelayMs, this, [deadline, grab] {

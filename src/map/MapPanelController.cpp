@@ -351,26 +351,18 @@ void MapPanelController::useMapSource()
 {
     if (!m_map)
         return;
+    const quint64 generation = ++m_mapSourceGeneration;
     const MapSource source = m_preferences.mapSource();
     const MapPalette palette = MapPalette::forAppearance(m_appearance);
     if (source.kind == MapSource::Kind::Mbtiles) {
-        QString error;
-        if (auto file = MbtilesTileSource::open(source.path, &error)) {
-            const QString credit = file->attribution();
-            m_map->setBaseTileSource(std::move(file), createOfflineBasemapSource(palette), credit);
-            m_drawsOwnBasemap = false;
-            return;
-        }
-        //: Title of the message when the chosen map file cannot be used
-        //% "Map File Unavailable"
-        const QString title = qtTrId("map-source.mbtiles-failed.title");
-        //: The reason a map file cannot be used, then what the map shows instead
-        //% "%1 The offline basemap is shown instead."
-        const QString message = qtTrId("map-source.mbtiles-failed.message").arg(error);
-        //: Action to dismiss dialog
-        //% "OK"
-        emit alertRequested(title, message, qtTrId("general.ok"));
+        setCheckingMapFile(true);
+        MbtilesFile::check(source.path)
+            .then(this, [this, generation, source](const MbtilesFile::Check &check) {
+                if (generation == m_mapSourceGeneration)
+                    useMapFile(source, check);
+            });
     } else if (source.isOnline()) {
+        setCheckingMapFile(false);
         const QString tiles = source.tileTemplate();
         if (const auto problem = OnlineTileSource::problemWithTemplate(tiles)) {
             // A bad address in the settings file must not cost the user the map.
@@ -384,9 +376,44 @@ void MapPanelController::useMapSource()
             m_drawsOwnBasemap = false;
             return;
         }
+    } else {
+        setCheckingMapFile(false);
     }
     m_map->setBaseTileSource(nullptr, {}, PlaceIndex::attribution());
     m_drawsOwnBasemap = true;
+}
+
+void MapPanelController::useMapFile(const MapSource &source, const MbtilesFile::Check &check)
+{
+    setCheckingMapFile(false);
+    if (!m_map)
+        return;
+    if (check.metadata) {
+        auto file = MbtilesTileSource::checked(source.path, *check.metadata);
+        const QString credit = file->attribution();
+        m_map->setBaseTileSource(std::move(file),
+                                 createOfflineBasemapSource(MapPalette::forAppearance(m_appearance)),
+                                 credit);
+        m_drawsOwnBasemap = false;
+        return;
+    }
+    //: Title of the message when the chosen map file cannot be used
+    //% "Map File Unavailable"
+    const QString title = qtTrId("map-source.mbtiles-failed.title");
+    //: The reason a map file cannot be used, then what the map shows instead
+    //% "%1 The offline basemap is shown instead."
+    const QString message = qtTrId("map-source.mbtiles-failed.message").arg(check.error);
+    //: Action to dismiss dialog
+    //% "OK"
+    emit alertRequested(title, message, qtTrId("general.ok"));
+}
+
+void MapPanelController::setCheckingMapFile(bool checking)
+{
+    if (checking == m_checkingMapFile)
+        return;
+    m_checkingMapFile = checking;
+    emit checkingMapFileChanged();
 }
 
 bool MapPanelController::tracking() const

@@ -2,6 +2,7 @@
 
 #include "LimitedCoordinateRangeTransformer.h"
 #include "MapView.h"
+#include "MbtilesFile.h"
 #include "NotificationObserver.h"
 #include "ScaleBar.h"
 #include "VeltorGridGeometry.h"
@@ -15,6 +16,8 @@
 
 #include <memory>
 #include <vector>
+
+struct MapSource;
 
 class ApplicationStateSystem;
 class LocationTrackingSystem;
@@ -38,6 +41,8 @@ class MapPanelController : public QObject, public QQmlParserStatus
     Q_PROPERTY(Appearances::Appearance appearance READ appearance WRITE setAppearance NOTIFY
                    appearanceChanged)
     Q_PROPERTY(bool tracking READ tracking NOTIFY trackingChanged)
+    // A map file is being checked before it is drawn: the map is not settled yet.
+    Q_PROPERTY(bool checkingMapFile READ checkingMapFile NOTIFY checkingMapFileChanged)
     // The scale bar at the map's centre, in the user's distance units: its length in points
     // and its text.
     Q_PROPERTY(double scaleBarLength READ scaleBarLength NOTIFY scaleBarChanged)
@@ -68,6 +73,7 @@ public:
     Appearance appearance() const { return m_appearance; }
     void setAppearance(Appearance appearance);
     double initialZoomLevel() const { return m_initialZoomLevel; }
+    bool checkingMapFile() const { return m_checkingMapFile; }
     void setInitialZoomLevel(double level);
 
     bool tracking() const;
@@ -119,6 +125,7 @@ signals:
     void appearanceChanged();
     void scaleBarChanged();
     void trackingChanged();
+    void checkingMapFileChanged();
     void shareSheetRequested();
     void keepAreaRequested();
     // Ask the user's attention: a title, a message and one button that only dismisses.
@@ -136,8 +143,11 @@ private:
     // A new grid renderer for the idiom and the appearance, with the old one off the map first.
     void replaceGridRenderer();
     // Puts the map on the source the settings name; one that cannot be used leaves the offline
-    // basemap, and a map file that cannot be read says why.
+    // basemap, and a map file that cannot be read says why. A map file is checked on a pool
+    // thread first, the offline basemap drawn meanwhile.
     void useMapSource();
+    void useMapFile(const MapSource &source, const MbtilesFile::Check &check);
+    void setCheckingMapFile(bool checking);
 
     ApplicationStateSystem &m_state;
     PreferencesSystem &m_preferences;
@@ -159,6 +169,9 @@ private:
     bool m_animateMapScroll = false;
     // The map shows the offline basemap alone, which the map itself redraws in a new palette.
     bool m_drawsOwnBasemap = true;
+    // Bumped with every change of source, so that a late check of an old file is let go.
+    quint64 m_mapSourceGeneration = 0;
+    bool m_checkingMapFile = false;
     bool m_showingGridOverlay = false;
     bool m_reloadingGridAnnotations = false;
     std::vector<NotificationObserver> m_observers;

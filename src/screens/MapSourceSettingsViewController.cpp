@@ -110,19 +110,37 @@ void MapSourceSettingsViewController::write(int row)
 void MapSourceSettingsViewController::setMbtilesPath(const QString &path)
 {
     const QString trimmed = path.trimmed();
-    if (trimmed == m_source.path && m_mbtilesError.isEmpty())
+    if ((trimmed == m_source.path && m_mbtilesError.isEmpty()) || trimmed == m_checkingPath)
         return;
-    QString error;
-    if (!MbtilesFile::open(trimmed, &error)) {
-        m_mbtilesError = error;
-        emit fieldsChanged();
-        return;
-    }
+    // Checked on a pool thread and kept only once it reads well, within the time limit.
+    m_checkingPath = trimmed;
     m_mbtilesError.clear();
-    MapSource chosen = m_preferences.mapSource();
-    chosen.kind = MapSource::Kind::Mbtiles;
-    chosen.path = trimmed;
-    store(chosen);
+    emit fieldsChanged();
+    MbtilesFile::check(trimmed).then(this, [this, trimmed](const MbtilesFile::Check &check) {
+        if (trimmed != m_checkingPath)
+            return;
+        m_checkingPath.clear();
+        if (!check.metadata) {
+            m_mbtilesError = check.error;
+            emit fieldsChanged();
+            emit mbtilesChecked();
+            return;
+        }
+        MapSource chosen = m_preferences.mapSource();
+        chosen.kind = MapSource::Kind::Mbtiles;
+        chosen.path = trimmed;
+        store(chosen);
+        emit mbtilesChecked();
+    });
+}
+
+QString MapSourceSettingsViewController::mbtilesNote() const
+{
+    if (m_checkingPath.isEmpty())
+        return {};
+    //: Under the MBTiles path field while the file is read before it is used
+    //% "Checking the map file…"
+    return qtTrId("map-source.mbtiles-checking");
 }
 
 void MapSourceSettingsViewController::setCustomTemplate(const QString &urlTemplate)

@@ -15,6 +15,8 @@ class MapSourceSettingsViewController : public FormatPickerViewController
     QML_ELEMENT
     Q_PROPERTY(QString mbtilesPath READ mbtilesPath NOTIFY fieldsChanged)
     Q_PROPERTY(QString mbtilesError READ mbtilesError NOTIFY fieldsChanged)
+    // While a file is checked before it is kept: says so.
+    Q_PROPERTY(QString mbtilesNote READ mbtilesNote NOTIFY fieldsChanged)
     Q_PROPERTY(QString customTemplate READ customTemplate NOTIFY fieldsChanged)
     Q_PROPERTY(QString customTemplateError READ customTemplateError NOTIFY fieldsChanged)
     Q_PROPERTY(QString customAttribution READ customAttribution NOTIFY fieldsChanged)
@@ -33,6 +35,7 @@ public:
 
     QString mbtilesPath() const { return m_source.path; }
     QString mbtilesError() const { return m_mbtilesError; }
+    QString mbtilesNote() const;
     QString customTemplate() const { return m_source.urlTemplate; }
     QString customTemplateError() const { return m_templateError; }
     QString customAttribution() const { return m_source.attribution; }
@@ -46,6 +49,8 @@ public:
 
 signals:
     void fieldsChanged();
+    // A path given has been checked, and kept or refused.
+    void mbtilesChecked();
 
 private:
     void fill(int row, FormatChoice &choice) const override;
@@ -54,5 +59,7 @@ private:
 
     MapSource m_source;
     QString m_mbtilesError;
+    // The file being checked; a newer path lets an older check go.
+    QString m_checkingPath;
     QString m_templateError;
 };

@@ -421,7 +421,9 @@ TEST_F(ScreenControllersTest, MapSourcesNeedTheirFileOrServerBeforeTheyAreChosen
 
     // A file or a server that is not given, not there or not one keeps the choice as it was.
     picker.selectRow(3);
+    QSignalSpy checked(&picker, &MapSourceSettingsViewController::mbtilesChecked);
     picker.setMbtilesPath(m_dir.filePath(QStringLiteral("missing.mbtiles")));
+    ASSERT_TRUE(checked.wait());
     picker.selectRow(4);
     picker.setCustomTemplate(QStringLiteral("ftp://tiles.example/{z}/{x}/{y}.png"));
     EXPECT_EQ(marks(picker), QStringLiteral("01000"));

@@ -3,9 +3,14 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QSet>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QVariant>
+#include <QtConcurrent/QtConcurrentRun>
+
+#include <sqlite3.h>
 
 #include <algorithm>
 #include <atomic>
@@ -17,6 +22,7 @@ namespace {
 constexpr int sqliteBusy = 5;
 constexpr int sqliteLocked = 6;
 constexpr int sqliteReadOnly = 8;
+constexpr int sqliteInterrupt = 9;
 constexpr int sqliteCorrupt = 11;
 constexpr int sqliteFull = 13;
 constexpr int sqliteNotADatabase = 26;
@@ -78,6 +84,10 @@ QString describe(const QSqlError &error, const QString &path, bool writing)
         //: %1 is the path of a map file being written
         //% "%1 could not be written: the disk is full."
         return qtTrId("mbtiles.disk-full").arg(shown(path));
+    case sqliteInterrupt:
+        //: %1 is the path of a map file whose reads do not finish in time (e.g. a hostile file)
+        //% "%1 takes too long to read; it is not a map file Veltor can use."
+        return qtTrId("mbtiles.too-slow").arg(shown(path));
     case sqliteReadOnly:
         //: %1 is the path of a map file being written
         //% "%1 could not be written: it is read-only."
@@ -167,21 +177,36 @@ std::unique_ptr<MbtilesFile> MbtilesFile::open(const QString &path, QString *err
     const QFileInfo info(path);
     if (!info.exists()) {
         problem = missingText(path);
-    } else if (info.isDir()) {
+    } else if (!info.isFile()) {
+        // A directory, or a FIFO or device that would never end.
         problem = notMbtilesText(path);
     } else {
         std::unique_ptr<MbtilesFile> file(new MbtilesFile(path, connectionName()));
-        if (file->openConnection(false, &problem) && file->checkSchema(false, &problem) &&
-            file->readMetadata(&problem)) {
-            const QString format = file->m_metadata.format;
-            if (format != u"pbf" && format != u"mvt")
-                return file;
-            problem = vectorText(path);
+        if (file->openConnection(false, &problem)) {
+            file->limitReads(openTimeLimit);
+            if (file->checkSchema(false, &problem) && file->readMetadata(&problem) &&
+                file->readFirstTile(&problem)) {
+                file->limitReads({});
+                const QString format = file->m_metadata.format;
+                if (format != u"pbf" && format != u"mvt")
+                    return file;
+                problem = vectorText(path);
+            }
         }
     }
     if (error)
         *error = problem;
     return nullptr;
+}
+
+QFuture<MbtilesFile::Check> MbtilesFile::check(const QString &path)
+{
+    return QtConcurrent::run([path] {
+        Check check;
+        if (const std::unique_ptr<MbtilesFile> file = open(path, &check.error))
+            check.metadata = file->metadata();
+        return check;
+    });
 }
 
 std::unique_ptr<MbtilesFile> MbtilesFile::openForWriting(const QString &path, QString *error)
@@ -216,6 +241,40 @@ bool MbtilesFile::openConnection(bool writable, QString *error)
     m_database.setConnectOptions(options);
     if (!m_database.open()) {
         *error = describe(m_database.lastError(), m_path, writable);
+        return false;
+    }
+    // SQLite asks between steps of a statement whether to go on: not past the deadline.
+    const QVariant handle = m_database.driver()->handle();
+    if (handle.isValid() && qstrcmp(handle.typeName(), "sqlite3*") == 0) {
+        if (sqlite3 *const connection = *static_cast<sqlite3 *const *>(handle.constData()))
+            sqlite3_progress_handler(connection, 1000, &MbtilesFile::progress, this);
+    }
+    return true;
+}
+
+int MbtilesFile::progress(void *file)
+{
+    return std::chrono::steady_clock::now() > static_cast<MbtilesFile *>(file)->m_deadline;
+}
+
+void MbtilesFile::limitReads(std::chrono::milliseconds limit) const
+{
+    m_deadline = limit.count() > 0 ? std::chrono::steady_clock::now() + limit
+                                   : std::chrono::steady_clock::time_point::max();
+}
+
+bool MbtilesFile::readFirstTile(QString *error)
+{
+    // A tiles view can read its metadata and still never give a tile.
+    QSqlQuery query(m_database);
+    query.setForwardOnly(true);
+    if (!query.exec(QStringLiteral("SELECT tile_data FROM tiles LIMIT 1"))) {
+        *error = describe(query.lastError(), m_path, false);
+        return false;
+    }
+    query.next();
+    if (query.lastError().isValid()) {
+        *error = describe(query.lastError(), m_path, false);
         return false;
     }
     return true;
@@ -366,6 +425,8 @@ std::optional<QByteArray> MbtilesFile::tile(int z, int x, int y) const
 {
     if (!validTile(z, x, y))
         return std::nullopt;
+    limitReads(tileTimeLimit);
+    const auto lifted = qScopeGuard([this] { limitReads({}); });
     if (!m_tileQuery) {
         m_tileQuery.emplace(m_database);
         m_tileQuery->setForwardOnly(true);
@@ -394,6 +455,8 @@ bool MbtilesFile::hasTile(int z, int x, int y) const
 {
     if (!validTile(z, x, y))
         return false;
+    limitReads(tileTimeLimit);
+    const auto lifted = qScopeGuard([this] { limitReads({}); });
     QSqlQuery query(m_database);
     query.prepare(QStringLiteral("SELECT 1 FROM tiles WHERE zoom_level = ? AND tile_column = ? "
                                  "AND tile_row = ?"));

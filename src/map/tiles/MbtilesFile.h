@@ -1,10 +1,12 @@
 #pragma once
 
 #include <QByteArray>
+#include <QFuture>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QString>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -16,6 +18,9 @@
 //
 // Each instance has its own connection, and a connection serves only the thread that opened it:
 // use an instance on that thread alone, and open another one for another thread.
+//
+// A file can be hostile (a `tiles` view whose query never ends): reads give up after a time
+// limit and the file is refused as too slow, so nothing hangs on it.
 class MbtilesFile
 {
 public:
@@ -23,6 +28,10 @@ public:
     static constexpr int busyTimeoutMs = 1000;
     // Levels a file may hold; 2^30 tiles across is beyond any map.
     static constexpr int maxFileZoomLevel = 30;
+    // Opening reads the schema, the metadata and a first tile within this time; a tile read
+    // later, within the second.
+    static constexpr std::chrono::milliseconds openTimeLimit{3000};
+    static constexpr std::chrono::milliseconds tileTimeLimit{2000};
 
     // Degrees of longitude and latitude.
     struct Bounds
@@ -53,6 +62,15 @@ public:
     // Opens an existing raster MBTiles file for reading, or says why it cannot, in the user's
     // language: no such file, not an MBTiles file, vector tiles, locked, damaged.
     static std::unique_ptr<MbtilesFile> open(const QString &path, QString *error);
+    // What opening a file for reading found, on a pool thread: its metadata, or why not.
+    struct Check
+    {
+        std::optional<Metadata> metadata;
+        QString error;
+    };
+    // Opens the file for reading on a pool thread and closes it again: the check before a file
+    // is used or kept, which must not hold up the GUI.
+    static QFuture<Check> check(const QString &path);
     // Opens the file for reading and writing, making it with the two tables when it is missing.
     static std::unique_ptr<MbtilesFile> openForWriting(const QString &path, QString *error);
 
@@ -90,7 +108,11 @@ private:
     bool checkSchema(bool writable, QString *error);
     bool createSchema(QString *error);
     bool readMetadata(QString *error);
+    bool readFirstTile(QString *error);
     bool fail(const QSqlQuery &query, bool writing) const;
+    // Reads from now on give up at the limit; a zero limit lifts it.
+    void limitReads(std::chrono::milliseconds limit) const;
+    static int progress(void *file);
 
     QString m_path;
     QString m_connectionName;
@@ -98,4 +120,5 @@ private:
     mutable std::optional<QSqlQuery> m_tileQuery;
     Metadata m_metadata;
     mutable QString m_error;
+    mutable std::chrono::steady_clock::time_point m_deadline = std::chrono::steady_clock::time_point::max();
 };

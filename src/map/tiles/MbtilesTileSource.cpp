@@ -19,6 +19,13 @@ std::unique_ptr<MbtilesTileSource> MbtilesTileSource::open(const QString &path, 
         new MbtilesTileSource(path, file->metadata(), parent));
 }
 
+std::unique_ptr<MbtilesTileSource> MbtilesTileSource::checked(const QString &path,
+                                                              const MbtilesFile::Metadata &metadata,
+                                                              QObject *parent)
+{
+    return std::unique_ptr<MbtilesTileSource>(new MbtilesTileSource(path, metadata, parent));
+}
+
 MbtilesTileSource::MbtilesTileSource(const QString &path, const MbtilesFile::Metadata &metadata,
                                      QObject *parent)
     : TileSource(parent), m_path(path), m_metadata(metadata), m_worker([this] { work(); })

@@ -29,6 +29,10 @@ public:
     // (see MbtilesFile::open).
     static std::unique_ptr<MbtilesTileSource> open(const QString &path, QString *error,
                                                    QObject *parent = nullptr);
+    // The source for a file that MbtilesFile::check has found good.
+    static std::unique_ptr<MbtilesTileSource> checked(const QString &path,
+                                                      const MbtilesFile::Metadata &metadata,
+                                                      QObject *parent = nullptr);
     ~MbtilesTileSource() override;
 
     const QString &path() const { return m_path; }

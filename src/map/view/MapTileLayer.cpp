@@ -40,7 +40,8 @@ void cancelUnwanted(std::unordered_set<TileKey, TileKeyHash> &pending, TileSourc
 
 MapTileLayer::MapTileLayer(std::unique_ptr<TileSource> source, bool opaque, qint64 cacheBytes,
                            QObject *parent)
-    : QObject(parent), m_source(std::move(source)), m_opaque(opaque), m_cache(cacheBytes)
+    : QObject(parent), m_source(std::move(source)), m_opaque(opaque), m_cacheBytes(cacheBytes),
+      m_cache(cacheBytes)
 {
     // Tiles of the view go last, so tiles arriving for elsewhere cannot push them out.
     m_cache.setProtected([this](const TileKey &key) { return m_needed.contains(key); });
@@ -155,6 +156,7 @@ void MapTileLayer::rebuild()
     cancelUnwanted(m_requested, m_source.get(), inView);
     cancelUnwanted(m_fallingBack, m_fallback.get(), inView);
     m_needed = std::move(needed);
+    fitCacheToView();
 
     // Stand-ins first, coarsest at the bottom, so the real tiles end up on top.
     std::stable_sort(fallbacks.begin(), fallbacks.end(), [this](const TileDraw &a, const TileDraw &b) {
@@ -197,10 +199,23 @@ void MapTileLayer::appendFallbacks(const MapRect &part, double worldOffset,
     }
 }
 
+void MapTileLayer::fitCacheToView()
+{
+    // Two views' worth at least, whatever the window's size: tiles of one view that do not fit
+    // together would push each other out and be drawn again without end.
+    const qint64 perTile = std::max(m_largestTileBytes, qint64(256 * 256 * 4 * m_devicePixelRatio *
+                                                               m_devicePixelRatio));
+    m_cache.setMaxBytes(std::max(m_cacheBytes, 2 * qint64(m_needed.size()) * perTile));
+}
+
 void MapTileLayer::tileReady(const TileKey &key, const QImage &image)
 {
     m_requested.erase(key);
     m_fallingBack.erase(key);
+    if (image.sizeInBytes() > m_largestTileBytes) {
+        m_largestTileBytes = image.sizeInBytes();
+        fitCacheToView();
+    }
     m_cache.insert(key, image);
     if (!m_needed.contains(key))
         return;

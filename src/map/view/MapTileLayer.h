@@ -31,7 +31,8 @@ class MapTileLayer : public QObject
     Q_OBJECT
 
 public:
-    // Each layer's share: the basemap and the grid together keep within 128 MiB.
+    // Each layer's share: the basemap and the grid together keep within 128 MiB, unless the
+    // window is so large that two views' worth of tiles need more.
     static constexpr qint64 defaultCacheBytes = qint64(64) << 20;
 
     // opaque: tiles cover everything beneath them, so several fallback scales may be stacked;
@@ -70,10 +71,13 @@ private:
     void tileFailed(TileSource *from, const TileKey &key);
     void rebuild();
     void appendFallbacks(const MapRect &part, double worldOffset, std::vector<TileDraw> &fallbacks);
+    void fitCacheToView();
 
     std::unique_ptr<TileSource> m_source;
     std::unique_ptr<TileSource> m_fallback;
     const bool m_opaque;
+    const qint64 m_cacheBytes;
+    qint64 m_largestTileBytes = 0;
     TileCache m_cache;
 
     MapRect m_visible;

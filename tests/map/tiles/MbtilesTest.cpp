@@ -232,6 +232,30 @@ TEST(MbtilesFile, SaysWhyAFileCannotBeOpened)
              holder->exec(QStringLiteral("BEGIN EXCLUSIVE"));
          },
          "mbtiles.locked"},
+        // Views whose query never ends: one behind the metadata, one behind the tiles with the
+        // zoom range given, so that only the first tile's read meets it.
+        {"endless metadata",
+         [](const QString &path, auto &) {
+             Sqlite file(path);
+             file.exec(QStringLiteral(
+                 "CREATE VIEW metadata AS WITH RECURSIVE r(n) AS (SELECT 0 UNION ALL "
+                 "SELECT n + 1 FROM r) SELECT 'name' AS name, 'x' AS value FROM r WHERE n < 0"));
+             file.exec(QStringLiteral("CREATE TABLE tiles (zoom_level INTEGER, tile_column "
+                                      "INTEGER, tile_row INTEGER, tile_data BLOB)"));
+         },
+         "mbtiles.too-slow"},
+        {"endless tiles",
+         [](const QString &path, auto &) {
+             makeMbtiles(path, {{QStringLiteral("minzoom"), QStringLiteral("0")},
+                                {QStringLiteral("maxzoom"), QStringLiteral("4")}}, {});
+             Sqlite file(path);
+             file.exec(QStringLiteral("DROP TABLE tiles"));
+             file.exec(QStringLiteral(
+                 "CREATE VIEW tiles AS WITH RECURSIVE r(n) AS (SELECT 0 UNION ALL "
+                 "SELECT n + 1 FROM r) SELECT 0 AS zoom_level, 0 AS tile_column, 0 AS tile_row, "
+                 "x'00' AS tile_data FROM r WHERE n < 0"));
+         },
+         "mbtiles.too-slow"},
     };
     for (const BadFile &bad : cases) {
         SCOPED_TRACE(bad.what);
@@ -239,10 +263,10 @@ TEST(MbtilesFile, SaysWhyAFileCannotBeOpened)
         const QString path = directory.filePath(QStringLiteral("map.mbtiles"));
         std::unique_ptr<Sqlite> holder;
         bad.make(path, holder);
-        QString error;
-        EXPECT_FALSE(MbtilesFile::open(path, &error));
-        EXPECT_EQ(error, qtTrId(bad.messageId).arg(shown(path)));
-        EXPECT_FALSE(MbtilesTileSource::open(path, &error));
+        // As the app checks a file before it uses or keeps it: on a pool thread.
+        const MbtilesFile::Check check = MbtilesFile::check(path).result();
+        EXPECT_FALSE(check.metadata);
+        EXPECT_EQ(check.error, qtTrId(bad.messageId).arg(shown(path)));
     }
 }
 

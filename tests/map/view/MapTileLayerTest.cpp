@@ -256,4 +256,21 @@ TEST(MapTileLayer, ALongPanKeepsTheCacheWithinItsBoundAndTheViewDrawn)
     }
 }
 
+// A window larger than the bound (a big screenshot): the cache grows to hold the view twice, so
+// the view completes and is not drawn again and again.
+TEST(MapTileLayer, AViewLargerThanTheCacheBoundCompletesAndStaysDrawn)
+{
+    for (const double ratio : {1.0, 2.0}) {
+        Fixture f(true, false, 4 * 256 * 256 * 4);
+        f.show(middle, middle, 12, ratio);
+        f.source->deliverAll();
+        const std::size_t requested = f.source->requests.size();
+        ASSERT_GT(requested, 4u);
+        f.show(middle, middle, 12, ratio);
+        EXPECT_TRUE(f.layer->isComplete()) << ratio;
+        EXPECT_EQ(f.source->requests.size(), requested) << ratio;
+        EXPECT_GE(f.layer->cache().maxBytes(), f.layer->cache().bytes() * 2) << ratio;
+    }
+}
+
 } // namespace
