@@ -1,10 +1,74 @@
 #include "LocalTileServer.h"
 #include "VeltorVersion.h"
 
+#include <QElapsedTimer>
 #include <QImage>
 #include <QProcess>
+#include <QSettings>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <csignal>
+#include <functional>
+
+namespace {
+
+// A sentence with its checksum.
+QByteArray nmea(const QByteArray &body)
+{
+    char sum = 0;
+    for (const char c : body)
+        sum ^= c;
+    return '$' + body + '*' + QByteArray::number(uchar(sum), 16).rightJustified(2, '0').toUpper() +
+           "\r\n";
+}
+
+// An RMC and a GGA of fix number i: a tenth of a second apart, heading north 0.001° a fix.
+QByteArray fixSentences(int i)
+{
+    const int tenths = i % 864000;
+    const QByteArray time = QString::asprintf("%02d%02d%02d.%d0", tenths / 36000,
+                                              tenths / 600 % 60, tenths / 10 % 60, tenths % 10)
+                                .toLatin1();
+    const double latitude = 10.0 + 0.001 * (i % 50000);
+    const QByteArray ddmm =
+        QString::asprintf("%02d%07.4f", int(latitude), (latitude - int(latitude)) * 60).toLatin1();
+    return nmea("GPRMC," + time + ",A," + ddmm + ",N,02000.0000,E,0.0,0.0,251126,,,A") +
+           nmea("GPGGA," + time + "," + ddmm + ",N,02000.0000,E,1,08,0.9,10.0,M,0.0,M,,");
+}
+
+// A receiver on the network: every connection gets what next() makes, as fast as it takes it
+// or at the pace of the timer.
+class StreamServer : public QTcpServer
+{
+public:
+    StreamServer(std::function<QByteArray()> next, int intervalMs) : m_next(std::move(next))
+    {
+        listen(QHostAddress::LocalHost);
+        connect(&m_timer, &QTimer::timeout, this, [this] {
+            while (QTcpSocket *socket = nextPendingConnection())
+                m_sockets.append(socket);
+            for (QTcpSocket *socket : std::as_const(m_sockets)) {
+                // Flooding: keep a full pipe, no more, so the test's own loop keeps turning.
+                for (int i = 0; i < 64 && socket->bytesToWrite() < (1 << 20); ++i) {
+                    socket->write(m_next());
+                    if (m_timer.interval() > 0)
+                        break;
+                }
+            }
+        });
+        m_timer.start(intervalMs);
+    }
+
+private:
+    std::function<QByteArray()> m_next;
+    QTimer m_timer;
+    QList<QTcpSocket *> m_sockets;
+};
+
+} // namespace
 
 // The app binary as a user starts it: a screenshot of the first frame, and its command line.
 class AppShellTest : public QObject
@@ -126,6 +190,85 @@ private slots:
                               bright, notRed, red, light, lines, fromServer);
         for (const auto &[check, passed] : results)
             QVERIFY2(!(checks & check) || passed, qPrintable(counts));
+    }
+
+    // However a source floods it, the app keeps turning its event loop: a signal to quit ends it
+    // at once.
+    void floodsLeaveItQuittable_data()
+    {
+        QTest::addColumn<QString>("scheme");
+        QTest::addColumn<int>("what");
+        QTest::newRow("NMEA fixes over TCP") << QStringLiteral("tcp") << 0;
+        QTest::newRow("gpsd reports") << QStringLiteral("gpsd") << 1;
+        QTest::newRow("one endless line") << QStringLiteral("tcp") << 2;
+    }
+
+    void floodsLeaveItQuittable()
+    {
+        QFETCH(QString, scheme);
+        QFETCH(int, what);
+        int i = 0;
+        const QByteArray endless(64 * 1024, 'x');
+        const std::function<QByteArray()> makers[] = {
+            [&] {
+                QByteArray block;
+                for (int n = 0; n < 100; ++n)
+                    block += fixSentences(i++);
+                return block;
+            },
+            [&] {
+                QByteArray block;
+                for (int n = 0; n < 100; ++n, ++i)
+                    block += QStringLiteral("{\"class\":\"TPV\",\"mode\":3,\"lat\":%1,"
+                                            "\"lon\":20.0,\"eph\":5.0}\n")
+                                 .arg(10.0 + 0.001 * (i % 50000))
+                                 .toLatin1();
+                return block;
+            },
+            [&] {
+                i += 100;
+                return endless;
+            }};
+        StreamServer server(makers[what], 0);
+        const QTemporaryDir dir;
+        // A phone's window: a frame in software rendering is what a quit waits for at most.
+        const auto app = start({QStringLiteral("--settings"), dir.filePath(QStringLiteral("v.ini")),
+                                QStringLiteral("--size"), QStringLiteral("390x844"),
+                                QStringLiteral("--track"), QStringLiteral("--gps"),
+                                QStringLiteral("%1://127.0.0.1:%2").arg(scheme).arg(server.serverPort())});
+        QTest::qWait(3000);
+        QCOMPARE(app->state(), QProcess::Running);
+        QVERIFY2(i > 1000, "the stream never flowed");
+        QElapsedTimer quitting;
+        quitting.start();
+        app->terminate();
+        QTRY_VERIFY_WITH_TIMEOUT(app->state() == QProcess::NotRunning, 10000);
+        qInfo("ended %lld ms after the signal", quitting.elapsed());
+        QVERIFY2(quitting.elapsed() < 1000, qPrintable(QString::number(quitting.elapsed())));
+        QCOMPARE(app->exitStatus(), QProcess::NormalExit);
+    }
+
+    // Killed outright while tracking, the app has kept a point at most ten seconds old.
+    void killedWhileTrackingKeepsARecentPoint()
+    {
+        int sent = 0;
+        StreamServer receiver([&] { return fixSentences(sent++); }, 100);
+        const QTemporaryDir dir;
+        const QString ini = dir.filePath(QStringLiteral("v.ini"));
+        const auto app = start({QStringLiteral("--settings"), ini, QStringLiteral("--track"),
+                                QStringLiteral("--gps"),
+                                QStringLiteral("tcp://127.0.0.1:%1").arg(receiver.serverPort())});
+        QTRY_VERIFY_WITH_TIMEOUT(sent > 0, 10000);
+        QTest::qWait(12500);
+        ::kill(pid_t(app->processId()), SIGKILL);
+        QVERIFY(app->waitForFinished(5000));
+        const int lastSent = sent;
+        const double latitude =
+            QSettings(ini, QSettings::IniFormat).value(QStringLiteral("VeltorSavedLatitude")).toDouble();
+        const int saved = int(std::lround((latitude - 10.0) / 0.001));
+        // Ten seconds of fixes, and one more second for the way through the app.
+        QVERIFY2(saved >= lastSent - 110 && saved <= lastSent,
+                 qPrintable(QStringLiteral("saved fix %1 of %2").arg(saved).arg(lastSent)));
     }
 
     // The command line is read before any display is touched: help, version and usage errors

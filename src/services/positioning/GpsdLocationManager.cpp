@@ -2,6 +2,7 @@
 
 #include "GpsdReport.h"
 
+#include <QElapsedTimer>
 #include <QLocale>
 #include <QNetworkProxy>
 #include <QTcpSocket>
@@ -67,6 +68,7 @@ void GpsdLocationManager::connectToGpsd()
     auto *socket = new QTcpSocket(this);
     // gpsd is reached directly, never through a desktop web proxy.
     socket->setProxy(QNetworkProxy::NoProxy);
+    socket->setReadBufferSize(socketBufferSize);
     m_socket = socket;
     connect(socket, &QAbstractSocket::connected, this, &GpsdLocationManager::connected);
     connect(socket, &QIODevice::readyRead, this, &GpsdLocationManager::readLines);
@@ -105,23 +107,37 @@ void GpsdLocationManager::connectionLost()
 
 void GpsdLocationManager::readLines()
 {
-    if (!m_socket)
-        return;
-    m_buffer += m_socket->readAll();
-    qsizetype start = 0;
-    for (qsizetype end = m_buffer.indexOf('\n'); end >= 0;
-         start = end + 1, end = m_buffer.indexOf('\n', start)) {
-        if (m_skippingLine)
-            m_skippingLine = false;
-        else
-            handleLine(QByteArrayView(m_buffer).sliced(start, end - start));
-        if (!m_updating)
-            return;
+    m_readScheduled = false;
+    qint64 budget = readBudget;
+    QElapsedTimer turn;
+    turn.start();
+    while (m_socket && budget > 0 && turn.elapsed() < readTimeBudget.count()) {
+        const QByteArray chunk = m_socket->read(std::min<qint64>(budget, 1024));
+        if (chunk.isEmpty())
+            break;
+        budget -= chunk.size();
+        m_buffer += chunk;
+        qsizetype start = 0;
+        for (qsizetype end = m_buffer.indexOf('\n'); end >= 0;
+             start = end + 1, end = m_buffer.indexOf('\n', start)) {
+            if (m_skippingLine)
+                m_skippingLine = false;
+            else
+                handleLine(QByteArrayView(m_buffer).sliced(start, end - start));
+            if (!m_updating)
+                return;
+        }
+        m_buffer.remove(0, start);
+        // A line longer than any report is garbage: dropped at once, up to its end.
+        if (m_buffer.size() > maximumLineLength) {
+            m_buffer.clear();
+            m_skippingLine = true;
+        }
     }
-    m_buffer.remove(0, start);
-    if (m_buffer.size() > maximumLineLength) {
-        m_buffer.clear();
-        m_skippingLine = true;
+    // The rest after whatever else is waiting.
+    if (m_socket && m_socket->bytesAvailable() > 0 && !m_readScheduled) {
+        m_readScheduled = true;
+        QTimer::singleShot(0, this, &GpsdLocationManager::readLines);
     }
 }
 

@@ -29,6 +29,11 @@ public:
     static constexpr std::chrono::milliseconds maximumReconnectDelay{8000};
     // gpsd's longest reports (SKY with every constellation) stay well below this.
     static constexpr qsizetype maximumLineLength = 64 * 1024;
+    // Bytes read in one turn of the event loop, and held unread from the socket: a flood of
+    // reports must leave room for a redraw or a signal to quit.
+    static constexpr qint64 readBudget = 16 * 1024;
+    static constexpr qint64 socketBufferSize = 64 * 1024;
+    static constexpr std::chrono::milliseconds readTimeBudget{16};
 
     GpsdLocationManager(const QString &host, quint16 port, QObject *parent = nullptr);
     ~GpsdLocationManager() override;
@@ -62,6 +67,7 @@ private:
     QByteArray m_buffer;
     // Inside a line longer than maximumLineLength: drop bytes up to its end.
     bool m_skippingLine = false;
+    bool m_readScheduled = false;
     QTimer m_silenceTimer;
     QTimer m_reconnectTimer;
     std::chrono::milliseconds m_silenceTimeout = defaultSilenceTimeout;

@@ -2,6 +2,7 @@
 
 #include "NmeaSentence.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
@@ -271,11 +272,14 @@ void NmeaLocationManager::readLive()
     if (!m_updating || !m_device)
         return;
     const quint64 run = m_run;
-    // Whole lines only, so the budget is counted in lines as well as bytes.
+    // Whole lines only, so the budget is counted in lines as well as bytes; and in time, since
+    // every fix moves the whole screen.
     qint64 budget = readBudget;
+    QElapsedTimer turn;
+    turn.start();
     QByteArray line;
-    while (budget > 0) {
-        const QByteArray chunk = m_device->read(std::min<qint64>(budget, 4096));
+    while (budget > 0 && turn.elapsed() < readTimeBudget.count()) {
+        const QByteArray chunk = m_device->read(std::min<qint64>(budget, 1024));
         if (chunk.isEmpty())
             break;
         budget -= chunk.size();

@@ -45,6 +45,9 @@ public:
     static constexpr std::chrono::milliseconds usualInterval{1000};
     // Bytes read in one turn of the event loop: a second of a receiver at 57600 baud.
     static constexpr qint64 readBudget = 8 * 1024;
+    // Reading stops for the turn after this long: a flood still leaves frames and a quit signal
+    // their turn.
+    static constexpr std::chrono::milliseconds readTimeBudget{16};
 
     explicit NmeaLocationManager(const GpsSource &source, QObject *parent = nullptr);
     ~NmeaLocationManager() override;
