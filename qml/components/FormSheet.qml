@@ -46,6 +46,29 @@ Popup {
         function onDismissRequested() { sheet.close() }
     }
 
-    onOpened: loader.forceActiveFocus()
+    // Up from the foot of the window and back down, as the platform's sheets move.
+    enter: Transition {
+        NumberAnimation {
+            property: "y"
+            from: sheet.parent.height
+            to: (sheet.parent.height - sheet.height) / 2
+            duration: 250
+            easing.type: Easing.OutCubic
+        }
+    }
+    exit: Transition {
+        NumberAnimation {
+            property: "y"
+            to: sheet.parent.height
+            duration: 200
+            easing.type: Easing.InCubic
+        }
+    }
+
+    onOpened: {
+        // The animation set y; centred again whatever the window does next.
+        y = Qt.binding(() => (parent.height - height) / 2)
+        loader.forceActiveFocus()
+    }
     onClosed: loader.sourceComponent = null
 }

@@ -13,8 +13,10 @@ PressableButton {
     implicitHeight: Theme.minimumTouchSize
     font: Theme.keyFont
 
+    cornerRadius: width / 2
+
     background: Rectangle {
-        radius: width / 2
+        radius: control.cornerRadius
         color: Theme.mapControlColor
         border.color: Theme.dividerColor
     }

@@ -15,10 +15,20 @@ PressableButton {
     property color foregroundColor: Theme.tintColor
 
     implicitHeight: 64
+    // Sized to its glyph and title where it need not span the window.
+    implicitWidth: titleMetrics.width + 34 + 7 * Theme.spacing
     font: Theme.body2Font
 
+    cornerRadius: 10
+
+    TextMetrics {
+        id: titleMetrics
+        font: control.font
+        text: control.title
+    }
+
     background: Rectangle {
-        radius: 10
+        radius: control.cornerRadius
         color: control.backgroundColor
         border.color: Theme.tintColor
         border.width: 2

@@ -54,6 +54,45 @@ Page {
                 color: Theme.tintColor
                 Accessible.name: text
             }
+            // A wide window's tools, labelled, in reading order after the locator.
+            ToolbarAction {
+                id: toolbarShare
+                visible: controller.toolbarHolds(RootViewController.Share, screen.width)
+                glyph: "share"
+                title: qsTrId("sharesheet.title")
+                onClicked: shareSheet.present(toolbarShare)
+            }
+            ToolbarAction {
+                visible: controller.toolbarHolds(RootViewController.SetTarget, screen.width)
+                glyph: "target"
+                title: qsTrId("target.set")
+                onClicked: targetController.setCurrentPointAsTarget()
+            }
+            ToolbarAction {
+                visible: controller.toolbarHolds(RootViewController.SaveProof, screen.width)
+                glyph: "proof"
+                title: qsTrId("proof.save")
+                onClicked: proof.save()
+            }
+            ToolbarAction {
+                visible: controller.toolbarHolds(RootViewController.KeepArea, screen.width)
+                glyph: "download"
+                title: qsTrId("keep-area.title")
+                onClicked: mapPanel.keepArea()
+            }
+            ToolbarAction {
+                visible: controller.toolbarHolds(RootViewController.Settings, screen.width)
+                glyph: "settings"
+                title: qsTrId("settings.title")
+                onClicked: controller.showSettings()
+            }
+            ToolbarAction {
+                id: toolbarMenu
+                visible: controller.toolbarHolds(RootViewController.Menu, screen.width)
+                glyph: "menu"
+                title: qsTrId("menu.title")
+                onClicked: toolsMenu.present(toolbarMenu)
+            }
         }
     }
 
@@ -203,20 +242,25 @@ Page {
                     anchors.margins: Theme.spacing
                     spacing: Theme.spacing
                     MapControlButton {
+                        id: menuButton
+                        visible: controller.mapHolds(RootViewController.Menu, screen.width)
                         title: ""
-                        glyph: "settings"
-                        //: Title of the settings screen and spoken name of the button that opens it
-                        //% "Settings"
-                        accessibilityLabel: qsTrId("settings.title")
-                        onClicked: controller.showSettings()
+                        glyph: "menu"
+                        //: Spoken name and tooltip of the button that opens the menu of tools
+                        //% "Menu"
+                        accessibilityLabel: qsTrId("menu.title")
+                        toolTip: accessibilityLabel
+                        onClicked: toolsMenu.present(menuButton)
                     }
                     MapControlButton {
                         id: shareButton
+                        visible: controller.mapHolds(RootViewController.Share, screen.width)
                         title: ""
                         glyph: "share"
                         //: Button that opens the share sheet
                         //% "Share"
                         accessibilityLabel: qsTrId("sharesheet.title")
+                        toolTip: accessibilityLabel
                         onClicked: mapPanel.share()
                     }
                 }
@@ -231,6 +275,7 @@ Page {
                         //: Spoken name of the map's zoom-in button
                         //% "Zoom in"
                         accessibilityLabel: qsTrId("map.zoom-in")
+                        toolTip: accessibilityLabel
                         onClicked: map.zoomIn()
                     }
                     MapControlButton {
@@ -238,6 +283,7 @@ Page {
                         //: Spoken name of the map's zoom-out button
                         //% "Zoom out"
                         accessibilityLabel: qsTrId("map.zoom-out")
+                        toolTip: accessibilityLabel
                         onClicked: map.zoomOut()
                     }
                 }
@@ -319,12 +365,14 @@ Page {
                     }
                 }
 
+                // Across a phone's map; sized to its text where the toolbar holds the tools.
                 WideButton {
                     id: trackButton
-                    anchors.left: parent.left
-                    anchors.right: parent.right
+                    anchors.horizontalCenter: parent.horizontalCenter
                     anchors.bottom: parent.bottom
                     anchors.margins: Theme.spacing
+                    width: controller.toolbarHolds(RootViewController.Share, screen.width)
+                           ? implicitWidth : parent.width - 2 * Theme.spacing
                     title: mapPanel.trackingButtonTitle
                     accessibilityLabel: mapPanel.trackingButtonAccessibilityTitle
                     accessibilityHint: mapPanel.trackingButtonAccessibilityHint
@@ -352,8 +400,14 @@ Page {
     ShareSheet {
         id: shareSheet
         panel: mapPanel
+    }
+    ToolsMenu {
+        id: toolsMenu
+        root: controller
+        panel: mapPanel
         target: targetController
         proof: proof
+        windowWidth: screen.width
     }
     // What saving a proof did, over the foot of the window for a few seconds.
     Rectangle {
@@ -380,7 +434,9 @@ Page {
     }
     Connections {
         target: mapPanel
-        function onShareSheetRequested() { shareSheet.present(shareButton) }
+        function onShareSheetRequested() {
+            shareSheet.present(shareButton.visible ? shareButton : toolbarShare)
+        }
     }
     // The locator and the latitude and longitude, straight to the clipboard.
     Shortcut {
@@ -422,6 +478,18 @@ Page {
         SettingsScreen {}
     }
     Component {
+        id: stationSettingsScreen
+        SettingsScreen {
+            initialPicker: SettingsViewController.StationPicker
+        }
+    }
+    Component {
+        id: mapSourceSettingsScreen
+        SettingsScreen {
+            initialPicker: SettingsViewController.MapSourcePicker
+        }
+    }
+    Component {
         id: keepAreaScreen
         KeepAreaScreen {
             map: map
@@ -444,22 +512,31 @@ Page {
         function onLongitudeKeypadRequested() { sheet.present(longitudeKeypad) }
         function onVeltorKeypadRequested() { sheet.present(veltorKeypad) }
         function onSettingsRequested() { sheet.present(settingsScreen) }
-        function onAlertRequested(title: string, message: string, dismissButton: string) {
-            screen.showAlert(title, message, dismissButton)
+        function onStationSettingsRequested() { sheet.present(stationSettingsScreen) }
+        function onMenuRequested() { toolsMenu.present(menuButton.visible ? menuButton : toolbarMenu) }
+        function onShareSheetRequested() {
+            shareSheet.present(shareButton.visible ? shareButton : toolbarShare)
+        }
+        function onMapSourceSettingsRequested() { sheet.present(mapSourceSettingsScreen) }
+        function onAlertRequested(title: string, message: string, dismissButton: string,
+                                  settingsButton: string) {
+            screen.showAlert(title, message, dismissButton, settingsButton)
         }
     }
     Connections {
         target: mapPanel
         function onKeepAreaRequested() { sheet.present(keepAreaScreen) }
         function onAlertRequested(title: string, message: string, dismissButton: string) {
-            screen.showAlert(title, message, dismissButton)
+            screen.showAlert(title, message, dismissButton, "")
         }
     }
 
-    function showAlert(title: string, message: string, dismissButton: string) {
+    function showAlert(title: string, message: string, dismissButton: string,
+                       settingsButton: string) {
         alert.title = title
         alertMessage.text = message
         alertButton.title = dismissButton
+        alertSettingsButton.title = settingsButton
         alert.open()
     }
 
@@ -483,13 +560,27 @@ Page {
             width: parent.width
             wrapMode: Text.Wrap
         }
-        footer: Item {
-            implicitHeight: alertButton.implicitHeight + 2 * Theme.spacing
+        footer: ColumnLayout {
+            spacing: Theme.spacing
+            WideButton {
+                id: alertSettingsButton
+                Layout.fillWidth: true
+                Layout.leftMargin: Theme.spacing
+                Layout.rightMargin: Theme.spacing
+                visible: title.length > 0
+                accessibilityLabel: title
+                onClicked: {
+                    alert.accept()
+                    controller.showStationSettings()
+                }
+            }
             WideButton {
                 id: alertButton
-                anchors.fill: parent
-                anchors.margins: Theme.spacing
+                Layout.fillWidth: true
+                Layout.margins: Theme.spacing
+                Layout.topMargin: 0
                 accessibilityLabel: title
+                alternateStyle: alertSettingsButton.visible
                 onClicked: alert.accept()
             }
         }

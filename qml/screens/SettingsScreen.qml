@@ -12,9 +12,13 @@ FocusScope {
         appearancePicker, crossingPicker, stationPicker,
         mapSourcePicker]
 
+    // A picker to open at once, as the menu's Station and Map Source do; -1 for none.
+    property int initialPicker: -1
+
     signal dismissRequested()
 
     focus: true
+    Component.onCompleted: if (initialPicker >= 0) controller.showPicker(initialPicker)
 
     SettingsViewController {
         id: controller

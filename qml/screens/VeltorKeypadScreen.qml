@@ -28,6 +28,16 @@ FocusScope {
         anchors.fill: parent
         color: Theme.keyFaceColor
     }
+    // Pulled down, as the platform's sheets are, the keypad closes as Cancel does.
+    DragHandler {
+        target: null
+        xAxis.enabled: false
+        onActiveChanged: {
+            if (!active && Theme.isDismissSwipe(centroid.scenePosition.y
+                                                - centroid.scenePressPosition.y))
+                controller.cancel()
+        }
+    }
 
     GridLayout {
         anchors.fill: parent
@@ -42,10 +52,10 @@ FocusScope {
             Layout.alignment: Qt.AlignVCenter
             spacing: 0
 
-            SecondaryLabel {
-                Layout.alignment: Qt.AlignHCenter
-                Layout.topMargin: Theme.spacing
-                text: controller.title
+            KeypadHeader {
+                Layout.fillWidth: true
+                title: controller.title
+                onCancelled: controller.cancel()
             }
             KeypadInputLabel {
                 id: output

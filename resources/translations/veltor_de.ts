@@ -290,7 +290,9 @@
     </message>
     <message id="general.cancel">
         <source>Cancel</source>
-        <extracomment>Action to cancel display of the share sheet</extracomment>
+        <extracomment>Action to cancel display of the share sheet
+----------
+Spoken name and tooltip of a keypad&apos;s ✕ button: closes it without keeping what was typed</extracomment>
         <translation>Abbrechen</translation>
     </message>
     <message id="map.accessibility.title">
@@ -1136,6 +1138,46 @@
         <source>Checking the map file…</source>
         <extracomment>Under the MBTiles path field while the file is read before it is used</extracomment>
         <translation>Kartendatei wird geprüft…</translation>
+    </message>
+    <message id="menu.title">
+        <source>Menu</source>
+        <extracomment>Spoken name and tooltip of the button that opens the menu of tools</extracomment>
+        <translation>Menü</translation>
+    </message>
+    <message id="menu.section.target">
+        <source>Target</source>
+        <extracomment>Heading of the menu&apos;s group of target actions</extracomment>
+        <translation>Ziel</translation>
+    </message>
+    <message id="menu.clear-target">
+        <source>Clear Target</source>
+        <extracomment>Menu action: the target is dropped, and with it the way to it</extracomment>
+        <translation>Ziel entfernen</translation>
+    </message>
+    <message id="menu.section.field">
+        <source>In the Field</source>
+        <extracomment>Heading of the menu&apos;s group of actions for work in the field</extracomment>
+        <translation>Im Gelände</translation>
+    </message>
+    <message id="menu.section.setup">
+        <source>Set-up</source>
+        <extracomment>Heading of the menu&apos;s group of set-up actions</extracomment>
+        <translation>Einrichtung</translation>
+    </message>
+    <message id="menu.map-source">
+        <source>Map Source</source>
+        <extracomment>Menu action: opens the choice of map source</extracomment>
+        <translation>Kartenquelle</translation>
+    </message>
+    <message id="menu.station">
+        <source>Station</source>
+        <extracomment>Menu action: opens the station settings (GPS source, WSJT-X, JS8Call)</extracomment>
+        <translation>Station</translation>
+    </message>
+    <message id="root.gps-settings">
+        <source>GPS Settings</source>
+        <extracomment>Button of the message that the position cannot be used: opens the GPS settings</extracomment>
+        <translation>GPS-Einstellungen</translation>
     </message>
 </context>
 </TS>

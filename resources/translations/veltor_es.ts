@@ -290,7 +290,9 @@
     </message>
     <message id="general.cancel">
         <source>Cancel</source>
-        <extracomment>Action to cancel display of the share sheet</extracomment>
+        <extracomment>Action to cancel display of the share sheet
+----------
+Spoken name and tooltip of a keypad&apos;s ✕ button: closes it without keeping what was typed</extracomment>
         <translation>Cancelar</translation>
     </message>
     <message id="map.accessibility.title">
@@ -1136,6 +1138,46 @@
         <source>Checking the map file…</source>
         <extracomment>Under the MBTiles path field while the file is read before it is used</extracomment>
         <translation>Comprobando el archivo de mapa…</translation>
+    </message>
+    <message id="menu.title">
+        <source>Menu</source>
+        <extracomment>Spoken name and tooltip of the button that opens the menu of tools</extracomment>
+        <translation>Menú</translation>
+    </message>
+    <message id="menu.section.target">
+        <source>Target</source>
+        <extracomment>Heading of the menu&apos;s group of target actions</extracomment>
+        <translation>Objetivo</translation>
+    </message>
+    <message id="menu.clear-target">
+        <source>Clear Target</source>
+        <extracomment>Menu action: the target is dropped, and with it the way to it</extracomment>
+        <translation>Borrar objetivo</translation>
+    </message>
+    <message id="menu.section.field">
+        <source>In the Field</source>
+        <extracomment>Heading of the menu&apos;s group of actions for work in the field</extracomment>
+        <translation>En el campo</translation>
+    </message>
+    <message id="menu.section.setup">
+        <source>Set-up</source>
+        <extracomment>Heading of the menu&apos;s group of set-up actions</extracomment>
+        <translation>Configuración</translation>
+    </message>
+    <message id="menu.map-source">
+        <source>Map Source</source>
+        <extracomment>Menu action: opens the choice of map source</extracomment>
+        <translation>Fuente del mapa</translation>
+    </message>
+    <message id="menu.station">
+        <source>Station</source>
+        <extracomment>Menu action: opens the station settings (GPS source, WSJT-X, JS8Call)</extracomment>
+        <translation>Estación</translation>
+    </message>
+    <message id="root.gps-settings">
+        <source>GPS Settings</source>
+        <extracomment>Button of the message that the position cannot be used: opens the GPS settings</extracomment>
+        <translation>Ajustes de GPS</translation>
     </message>
 </context>
 </TS>

@@ -5,6 +5,8 @@
 #include <QPainterPath>
 #include <QTransform>
 
+#include <utility>
+
 namespace {
 
 constexpr QSizeF glyphBox{34.0, 24.0};
@@ -124,8 +126,117 @@ QPainterPath GlyphImageProvider::glyphPath(QStringView name)
         QPainterPath hole;
         hole.addEllipse(centre, 3.2, 3.2);
         path = gear.subtracted(hole);
+    } else {
+        path = lineGlyph(name);
     }
     return path;
+}
+
+// Glyphs drawn as strokes of one width, as a menu's icons are.
+QPainterPath GlyphImageProvider::lineGlyph(QStringView name)
+{
+    QPainterPath lines;
+    if (name == u"menu") {
+        // Three bars.
+        for (const double y : {6.0, 12.0, 18.0}) {
+            lines.moveTo(9, y);
+            lines.lineTo(25, y);
+        }
+    } else if (name == u"copy") {
+        // Two sheets, one over the other.
+        lines.addRoundedRect(QRectF(13, 7, 12, 15), 2, 2);
+        lines.moveTo(10, 17);
+        lines.lineTo(9, 17);
+        lines.lineTo(9, 2);
+        lines.lineTo(20, 2);
+        lines.lineTo(20, 4);
+    } else if (name == u"map") {
+        // A folded map of three panels.
+        lines.moveTo(6, 5);
+        lines.lineTo(13, 2);
+        lines.lineTo(21, 5);
+        lines.lineTo(28, 2);
+        lines.lineTo(28, 19);
+        lines.lineTo(21, 22);
+        lines.lineTo(13, 19);
+        lines.lineTo(6, 22);
+        lines.closeSubpath();
+        lines.moveTo(13, 2);
+        lines.lineTo(13, 19);
+        lines.moveTo(21, 5);
+        lines.lineTo(21, 22);
+    } else if (name == u"target") {
+        // Cross hairs on a ring.
+        lines.addEllipse(QPointF(17, 12), 8, 8);
+        lines.addEllipse(QPointF(17, 12), 2.5, 2.5);
+        for (const auto &[from, to] : {std::pair(QPointF(17, 1), QPointF(17, 6)),
+                                       std::pair(QPointF(17, 18), QPointF(17, 23)),
+                                       std::pair(QPointF(6, 12), QPointF(11, 12)),
+                                       std::pair(QPointF(23, 12), QPointF(28, 12))}) {
+            lines.moveTo(from);
+            lines.lineTo(to);
+        }
+    } else if (name == u"keypad") {
+        // Keys in three rows of three.
+        for (int row = 0; row < 3; ++row) {
+            for (int column = 0; column < 3; ++column)
+                lines.addRoundedRect(QRectF(8.5 + 6.5 * column, 2.5 + 6.5 * row, 4, 4), 1, 1);
+        }
+    } else if (name == u"proof") {
+        // A sheet with a tick: a picture and a record that say where the point was.
+        lines.moveTo(20, 2);
+        lines.lineTo(10, 2);
+        lines.lineTo(10, 22);
+        lines.lineTo(25, 22);
+        lines.lineTo(25, 7);
+        lines.lineTo(20, 2);
+        lines.lineTo(20, 7);
+        lines.lineTo(25, 7);
+        lines.moveTo(13.5, 14);
+        lines.lineTo(16.5, 17);
+        lines.lineTo(21.5, 11);
+    } else if (name == u"download") {
+        // An arrow down into a tray: kept on the device.
+        lines.moveTo(17, 2);
+        lines.lineTo(17, 15);
+        lines.moveTo(12, 10);
+        lines.lineTo(17, 15);
+        lines.lineTo(22, 10);
+        lines.moveTo(8, 15);
+        lines.lineTo(8, 22);
+        lines.lineTo(26, 22);
+        lines.lineTo(26, 15);
+    } else if (name == u"layers") {
+        // Two map sheets, stacked.
+        lines.moveTo(17, 3);
+        lines.lineTo(28, 9);
+        lines.lineTo(17, 15);
+        lines.lineTo(6, 9);
+        lines.closeSubpath();
+        lines.moveTo(6, 14);
+        lines.lineTo(17, 20);
+        lines.lineTo(28, 14);
+    } else if (name == u"station") {
+        // A mast with waves either side.
+        lines.moveTo(17, 9);
+        lines.lineTo(12, 23);
+        lines.moveTo(17, 9);
+        lines.lineTo(22, 23);
+        lines.moveTo(14, 17);
+        lines.lineTo(20, 17);
+        lines.addEllipse(QPointF(17, 8), 1.5, 1.5);
+        lines.moveTo(11, 3);
+        lines.quadTo(7, 8, 11, 13);
+        lines.moveTo(23, 3);
+        lines.quadTo(27, 8, 23, 13);
+    } else {
+        return {};
+    }
+    QPainterPathStroker stroker;
+    stroker.setWidth(2.0);
+    stroker.setCapStyle(Qt::RoundCap);
+    stroker.setJoinStyle(Qt::RoundJoin);
+    return stroker.createStroke(lines);
 }
 
 QImage GlyphImageProvider::requestImage(const QString &id, QSize *size, const QSize &requestedSize)

@@ -16,4 +16,7 @@ public:
 
     // The glyph's outline in a 34 × 24 box; empty for an unknown name.
     static QPainterPath glyphPath(QStringView name);
+
+private:
+    static QPainterPath lineGlyph(QStringView name);
 };

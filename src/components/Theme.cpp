@@ -224,14 +224,18 @@ QRectF Theme::actionSheetRect(const QSizeF &window, const QRectF &anchor, qreal 
 {
     constexpr qreal popoverWidth = 320.0;
     constexpr qreal margin = 8.0;
-    if (window.width() < 600.0)
-        return {0.0, std::max(0.0, window.height() - contentHeight), window.width(), contentHeight};
+    // Never taller than the window: what does not fit scrolls inside.
+    if (window.width() < 600.0) {
+        const qreal height = std::min(contentHeight, window.height());
+        return {0.0, window.height() - height, window.width(), height};
+    }
     // Under the button, kept inside the window.
     const qreal x = std::clamp(anchor.right() - popoverWidth, margin,
                                std::max(margin, window.width() - popoverWidth - margin));
+    const qreal height = std::min(contentHeight, std::max(0.0, window.height() - 2 * margin));
     const qreal y = std::min(anchor.bottom() + margin,
-                             std::max(margin, window.height() - contentHeight - margin));
-    return {x, y, popoverWidth, contentHeight};
+                             std::max(margin, window.height() - height - margin));
+    return {x, y, popoverWidth, height};
 }
 
 int Theme::panelFlow(qreal width, qreal height)

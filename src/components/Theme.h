@@ -126,6 +126,8 @@ public:
     {
         return startX < 24.0 && travelX > 80.0;
     }
+    // A sheet pulled down this far closes, as Cancel does.
+    Q_INVOKABLE static bool isDismissSwipe(qreal travelY) { return travelY > 120.0; }
     // Two panels side by side in a landscape window (GridLayout.LeftToRight), else stacked.
     Q_INVOKABLE static int panelFlow(qreal width, qreal height);
 

@@ -15,6 +15,9 @@ const QString latitudeKeypad = QStringLiteral("latitude-keypad");
 const QString longitudeKeypad = QStringLiteral("longitude-keypad");
 const QString veltorKeypad = QStringLiteral("locator-keypad");
 const QString settings = QStringLiteral("settings");
+const QString station = QStringLiteral("station");
+const QString menu = QStringLiteral("menu");
+const QString share = QStringLiteral("share");
 
 } // namespace
 
@@ -29,7 +32,11 @@ RootViewController::RootViewController(LocationTrackingSystem &tracking, UserDef
     : QObject(parent)
 {
     connect(&tracking, &LocationTrackingSystem::alertRequested, this,
-            &RootViewController::alertRequested);
+            [this](const QString &title, const QString &message, const QString &dismissButton) {
+                //: Button of the message that the position cannot be used: opens the GPS settings
+                //% "GPS Settings"
+                emit alertRequested(title, message, dismissButton, qtTrId("root.gps-settings"));
+            });
     connect(&defaults, &UserDefaults::storeFailed, this, [this](const QString &message) {
         m_bannerMessage = message;
         emit bannerMessageChanged();
@@ -37,9 +44,42 @@ RootViewController::RootViewController(LocationTrackingSystem &tracking, UserDef
     m_bannerMessage = defaults.readProblem().value_or(QString());
 }
 
+bool RootViewController::toolbarHolds(ToolAction action, qreal width) const
+{
+    if (width < toolbarWidth)
+        return false;
+    switch (action) {
+    case ToolAction::Share:
+    case ToolAction::SetTarget:
+    case ToolAction::SaveProof:
+    case ToolAction::Menu:
+        return true;
+    // Room for their labels in every language only in a wider window still.
+    case ToolAction::KeepArea:
+    case ToolAction::Settings:
+        return width >= roomyToolbarWidth;
+    default:
+        return false;
+    }
+}
+
+bool RootViewController::mapHolds(ToolAction action, qreal width) const
+{
+    return width < toolbarWidth && (action == ToolAction::Share || action == ToolAction::Menu);
+}
+
+bool RootViewController::menuHolds(ToolAction action, qreal width, bool targetSet) const
+{
+    if (action == ToolAction::Share || action == ToolAction::Menu)
+        return false;
+    if (action == ToolAction::ClearTarget && !targetSet)
+        return false;
+    return !toolbarHolds(action, width);
+}
+
 QStringList RootViewController::screenNames()
 {
-    return {latitudeKeypad, longitudeKeypad, veltorKeypad, settings};
+    return {latitudeKeypad, longitudeKeypad, veltorKeypad, settings, station, menu, share};
 }
 
 int RootViewController::fullScreenToggled(int visibility)
@@ -144,6 +184,12 @@ bool RootViewController::openScreen(const QString &name)
         emit veltorKeypadRequested();
     else if (name == settings)
         emit settingsRequested();
+    else if (name == station)
+        emit stationSettingsRequested();
+    else if (name == menu)
+        emit menuRequested();
+    else if (name == share)
+        emit shareSheetRequested();
     else
         return false;
     return true;

@@ -32,6 +32,24 @@ class RootViewController : public QObject, public QQmlParserStatus
 public:
     enum class FieldToolsFolding { Automatic, Folded, Unfolded };
     Q_ENUM(FieldToolsFolding)
+    // What the map's tools offer beyond the read-outs: sharing, the target, the field's records
+    // and the set-up.
+    enum class ToolAction {
+        Share,
+        Menu,
+        SetTarget,
+        TypeTarget,
+        ClearTarget,
+        SaveProof,
+        KeepArea,
+        MapSource,
+        Station,
+        Settings
+    };
+    Q_ENUM(ToolAction)
+    // From this width the tools are labelled actions in the toolbar, as on a desktop.
+    static constexpr qreal toolbarWidth = 1024.0;
+    static constexpr qreal roomyToolbarWidth = 1440.0;
 
     explicit RootViewController(QObject *parent = nullptr);
     RootViewController(LocationTrackingSystem &tracking, UserDefaults &defaults,
@@ -74,7 +92,16 @@ public:
     QString initialScreen() const { return m_initialScreen; }
     void setInitialScreen(const QString &screen);
 
+    // Where each tool is at a window's width: labelled in the toolbar of a wide window, round
+    // over the map (Share and Menu) of a narrow one, and in the menu the rest. Clear Target only
+    // while there is a target.
+    Q_INVOKABLE bool toolbarHolds(ToolAction action, qreal width) const;
+    Q_INVOKABLE bool mapHolds(ToolAction action, qreal width) const;
+    Q_INVOKABLE bool menuHolds(ToolAction action, qreal width, bool targetSet) const;
+
     Q_INVOKABLE void showSettings() { emit settingsRequested(); }
+    Q_INVOKABLE void showStationSettings() { emit stationSettingsRequested(); }
+    Q_INVOKABLE void showMapSourceSettings() { emit mapSourceSettingsRequested(); }
     // The user has read the banner.
     Q_INVOKABLE void dismissBanner();
     // F11: full screen from any other state, and back to a window from full screen.
@@ -91,11 +118,17 @@ signals:
     void tabletChanged();
     void fieldToolsFoldingChanged();
     void settingsRequested();
+    void stationSettingsRequested();
+    void mapSourceSettingsRequested();
+    void menuRequested();
+    void shareSheetRequested();
     void latitudeKeypadRequested();
     void longitudeKeypadRequested();
     void veltorKeypadRequested();
-    // Ask the user's attention: a title, a message and one button that only dismisses.
-    void alertRequested(const QString &title, const QString &message, const QString &dismissButton);
+    // Ask the user's attention: a title, a message and one button that only dismisses; and,
+    // when the GPS could not be used, a second one to its settings (empty for none).
+    void alertRequested(const QString &title, const QString &message, const QString &dismissButton,
+                        const QString &settingsButton);
 
 private:
     bool m_tablet = false;

@@ -39,6 +39,7 @@ def setting_close(session, key, expected):
 def open_settings_picker(app, row, choice):
     """From the root: Settings, the row, the choice, which alone is checked and which the row then
     speaks; back to the root."""
+    app.press("Menu")
     app.press("Settings")
     app.press(row)
     picker_choices = wait_for(f"the {row} choices", lambda: app.nodes("radio button"))
@@ -162,6 +163,7 @@ def settings_pickers(session):
         open_settings_picker(app, "Appearance", appearance)
     open_settings_picker(app, "Crossing alerts", "6 characters")
     # A map file must be named before it can be the map; until then the basemap stays.
+    app.press("Menu")
     app.press("Settings")
     app.press("Map source")
     app.press("MBTiles File", role="radio button")
@@ -175,6 +177,7 @@ def settings_pickers(session):
              and session.setting("AppearancePreference")
              and session.setting("CrossingAlertPreference") == "VeltorFormatSixCharacters")
 
+    app.press("Menu")
     app.press("Settings")
     grid = app.button("Show grid")
     expect(checked(grid), "the grid is shown by default")
@@ -286,6 +289,7 @@ def station(session):
     stand_in.setblocking(False)
     try:
         app = session.launch()
+        app.press("Menu")
         app.press("Settings")
         app.press("Station")
         sources = ("System Positioning", "gpsd")
@@ -345,14 +349,26 @@ def share(session):
     app.press("Show in Maps")
     wait_for("the point handed to the desktop", lambda: session.opened.exists()
              and session.opened.read_text().strip() == "geo:47.620496,-122.349270?q=47.620496,-122.349270(CN87to88)")
-    # The point as the target: the way there is read out under the read-outs until cleared.
+    # The share sheet only shares; the other tools are in the menu.
     app.press("Share")
+    app.gone("push button", "Set as Target")
+    app.press("Cancel")
+    app.gone("push button", "Cancel")
+    # The point as the target: the way there is read out under the read-outs until cleared.
+    app.press("Menu")
     app.press("Set as Target")
     app.find("label", prefix="Target C N 8 7 t o 8 8: ")
     app.press("Clear Target")
     app.gone("label", prefix="Target ")
+    # A keypad left by its ✕ keeps nothing typed.
+    app.press("Menu")
+    app.press("Type Target Locator")
+    app.press("J")
+    app.press("Cancel")
+    app.gone("push button", "Done")
+    app.gone("label", prefix="Target ")
     # Typed on the locator keypad: the target is set, the point stays where it was.
-    app.press("Share")
+    app.press("Menu")
     app.press("Type Target Locator")
     for key in "JO62":
         app.press(key)
@@ -362,7 +378,7 @@ def share(session):
     app.button(spelled("CN87to88"))
     app.press("Clear Target")
     # A proof of the position: a picture and a record in the pictures folder, and a message.
-    app.press("Share")
+    app.press("Menu")
     app.press("Save Proof")
     app.find("label", prefix="Proof saved in ")
     proofs = session.path / "home" / "Pictures" / "Veltor"
@@ -396,6 +412,12 @@ def tracking_alert(session):
     wait_for("the alert dismissed", lambda: not [n for n in walk(app.root)
                                                  if n.getRoleName() == "dialog" and n.name])
     app.button("Tracking disabled")
+    # Asked again, the alert leads to where a GPS source is chosen.
+    app.press("Tracking disabled")
+    app.press("GPS Settings")
+    app.press("Back")
+    app.press("Done")
+    app.gone("push button", "Done")
     app.quit()
 
 

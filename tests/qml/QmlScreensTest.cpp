@@ -29,6 +29,13 @@ struct Row
 };
 constexpr const char *fill = "anchors.fill: parent", *phone = "anchors.fill: parent; tablet: false";
 constexpr const char *tablet = "anchors.fill: parent; tablet: true";
+// The sheets as their buttons open them.
+constexpr const char *sheetOpen = "panel: MapPanelController {} "
+                                  "Component.onCompleted: Qt.callLater(() => present(parent))";
+constexpr const char *menuOpen =
+    "root: RootViewController {} panel: MapPanelController {} target: TargetController {} "
+    "proof: ProofSnapshotController {} windowWidth: parent.width; "
+    "Component.onCompleted: Qt.callLater(() => present(parent))";
 // Components the screens below already show appear only in states those screens never reach.
 constexpr Row rows[] = {
     {"RootScreen", phone, {320, 480}}, {"RootScreen", phone}, {"RootScreen", phone, {844, 390}},
@@ -42,9 +49,10 @@ constexpr Row rows[] = {
     {"AppearancePickerScreen", fill}, {"StationSettingsScreen", fill},
     {"TitleLabel", "text: \"x\""},
     {"Body1Button", "title: \"x\""},
-    {"ShareSheet", "panel: MapPanelController {} target: TargetController {} "
-                   "proof: ProofSnapshotController {} "
-                   "Component.onCompleted: Qt.callLater(open)"}};
+    {"ShareSheet", sheetOpen, {320, 480}},
+    {"ToolsMenu", menuOpen, {320, 480}},
+    {"ToolsMenu", menuOpen, {844, 390}},
+    {"ToolsMenu", menuOpen, {1024, 768}}};
 
 } // namespace
 
@@ -211,7 +219,8 @@ private slots:
             QList<QRectF> buttons;
             for (QQuickItem *button : item->findChildren<QQuickItem *>()) {
                 if (button->isVisible() && button->width() > 0 &&
-                    QLatin1String(button->metaObject()->className()).contains(u"Button_QML"))
+                    (QLatin1String(button->metaObject()->className()).contains(u"Button_QML") ||
+                     QLatin1String(button->metaObject()->className()).contains(u"Action_QML")))
                     buttons.append(button->mapRectToScene(button->boundingRect()));
             }
             QVERIFY(buttons.size() >= 8);
@@ -223,6 +232,36 @@ private slots:
                              qPrintable(QStringLiteral("%1 and %2").arg(i).arg(j)));
                 }
             }
+        }
+        if (type.endsWith(u"Sheet") || type.endsWith(u"Menu")) {
+            // Opened and moved in: every action inside the window, or inside the part of the
+            // sheet that scrolls, which is; a finger's size each.
+            QTest::qWait(400);
+            const QRectF inside(QPointF(0, 0), QSizeF(size));
+            int actions = 0;
+            for (QQuickItem *action : item->findChildren<QQuickItem *>()) {
+                const QLatin1String name(action->metaObject()->className());
+                if (!action->isVisible() ||
+                    !(name.startsWith(u"ActionRow_QML") || name.startsWith(u"WideButton_QML")))
+                    continue;
+                QQuickItem *area = action;
+                for (QQuickItem *up = action->parentItem(); up; up = up->parentItem()) {
+                    if (up->inherits("QQuickFlickable")) {
+                        area = up;
+                        break;
+                    }
+                }
+                const QRectF scene = area->mapRectToScene(area->boundingRect());
+                QVERIFY2(inside.contains(scene) && action->height() >= 48,
+                         qPrintable(QStringLiteral("%1 at %2,%3 %4x%5")
+                                        .arg(name)
+                                        .arg(scene.x())
+                                        .arg(scene.y())
+                                        .arg(scene.width())
+                                        .arg(action->height())));
+                ++actions;
+            }
+            QVERIFY(actions >= 4);
         }
         if (appearance != 2)
             return;

@@ -268,6 +268,39 @@ TEST_F(ScreenControllersTest, RootReportsAFailingStore)
     EXPECT_EQ(root.bannerMessage(), QStringLiteral("Settings cannot be saved"));
 }
 
+// Every tool is on exactly one surface at each size: round over a phone's map (Share, Menu),
+// labelled in a wide window's toolbar, or in the menu; the share sheet holds only sharing.
+TEST_F(ScreenControllersTest, EachToolIsOnOneSurfaceAtEverySize)
+{
+    using Action = RootViewController::ToolAction;
+    const RootViewController root(m_tracking, m_defaults);
+    // Width, then per action in enum order: m(ap), t(oolbar), u (the menUu), - (nowhere).
+    const std::pair<qreal, const char *> sizes[] = {
+        {320, "mmuuuuuuuu"}, {390, "mmuuuuuuuu"}, {844, "mmuuuuuuuu"},
+        {1023, "mmuuuuuuuu"}, {1024, "tttuutuuuu"}, {1439, "tttuutuuuu"},
+        {1440, "tttuuttuut"}, {1920, "tttuuttuut"}};
+    for (const auto &[width, expected] : sizes) {
+        for (const bool targetSet : {true, false}) {
+            QString where;
+            for (int action = int(Action::Share); action <= int(Action::Settings); ++action) {
+                const auto a = Action(action);
+                const int places = root.mapHolds(a, width) + root.toolbarHolds(a, width) +
+                                   root.menuHolds(a, width, targetSet);
+                ASSERT_LE(places, 1) << width << " " << action;
+                where += root.mapHolds(a, width)                  ? u'm'
+                         : root.toolbarHolds(a, width)            ? u't'
+                         : root.menuHolds(a, width, targetSet)    ? u'u'
+                                                                  : u'-';
+            }
+            QString wanted = QString::fromLatin1(expected);
+            // Clear Target shows only while there is one to clear.
+            if (!targetSet)
+                wanted[int(Action::ClearTarget)] = u'-';
+            EXPECT_EQ(where, wanted) << width << " target " << targetSet;
+        }
+    }
+}
+
 TEST_F(ScreenControllersTest, RootLaysThePanelsOutByWidthAndIdiom)
 {
     RootViewController root(m_tracking, m_defaults);
