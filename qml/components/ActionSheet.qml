@@ -94,7 +94,7 @@ Popup {
         for (let i = 0; i < list.children.length; ++i) {
             const item = list.children[i]
             if (item.visible && item.activeFocusOnTab) {
-                item.forceActiveFocus(Qt.TabFocusReason)
+                item.forceActiveFocus()
                 break
             }
         }
