@@ -1,34 +1,22 @@
 #include "RenderedTileSource.h"
 
+#include "PoolHandOver.h"
+
 #include <QMetaObject>
 #include <QRunnable>
 #include <QThread>
 
-#if defined(__SANITIZE_THREAD__)
-extern "C" void __tsan_acquire(void *address);
-extern "C" void __tsan_release(void *address);
-#endif
-
 namespace {
 
-// One tile to draw. QThreadPool hands it to a worker through Qt's own futex-based lock, which
-// ThreadSanitizer cannot see; the job marks that hand-over itself so the checker knows the
-// worker reads what the GUI thread wrote before start().
+// One tile to draw, handed to a worker of the pool.
 class TileJob final : public QRunnable
 {
 public:
-    explicit TileJob(std::function<void()> work) : m_work(std::move(work))
-    {
-#if defined(__SANITIZE_THREAD__)
-        __tsan_release(this);
-#endif
-    }
+    explicit TileJob(std::function<void()> work) : m_work(std::move(work)) { markHandOver(this); }
 
     void run() override
     {
-#if defined(__SANITIZE_THREAD__)
-        __tsan_acquire(this);
-#endif
+        acceptHandOver(this);
         m_work();
     }
 
@@ -75,9 +63,11 @@ void RenderedTileSource::requestTile(const TileKey &key, double devicePixelRatio
             if (job->cancelled)
                 return;
             m_finished.push_back({key, job, std::move(image)});
+            // By name: the queued call carries no object of ours across threads, the list does.
+            // Posted under the lock, so that this last use of the object is seen to come
+            // before the destructor, which takes the lock once the pool is done.
+            QMetaObject::invokeMethod(this, "takeFinished", Qt::QueuedConnection);
         }
-        // By name: the queued call carries no object of ours across threads, the list does.
-        QMetaObject::invokeMethod(this, "takeFinished", Qt::QueuedConnection);
     }));
     m_pending.emplace(key, std::move(job));
 }
