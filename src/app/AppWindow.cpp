@@ -4,7 +4,7 @@
 #include "GlyphImageProvider.h"
 #include "LocationTrackingSystem.h"
 #include "MapSource.h"
-#include "MbtilesFile.h"
+#include "MbtilesCheck.h"
 #include "PreferencesSystem.h"
 #include "StationGridPublisher.h"
 #include "TargetSystem.h"
@@ -49,21 +49,24 @@ int AppWindow::start(const AppCommandLine &commandLine)
     PreferencesSystem &preferences = PreferencesSystem::sharedSystem();
     // A map file is checked before it is kept, off this thread: a hostile one must hang neither
     // this start nor the next.
-    QFuture<void> mapFileChecked = QtFuture::makeReadyFuture();
+    MbtilesCheck *mapFileCheck = nullptr;
     if (commandLine.mbtilesPath) {
         MapSource source = preferences.mapSource();
         source.kind = MapSource::Kind::Mbtiles;
         source.path = *commandLine.mbtilesPath;
         if (commandLine.tileAttribution)
             source.attribution = *commandLine.tileAttribution;
-        mapFileChecked = MbtilesFile::check(source.path).then(
-            this, [&preferences, source](const MbtilesFile::Check &check) {
-                if (check.metadata)
-                    preferences.setMapSource(source);
-                else
-                    std::fprintf(stderr, "veltor: --tiles %s: %s\n", qPrintable(source.path),
-                                 qPrintable(check.error));
-            });
+        mapFileCheck = new MbtilesCheck(source.path, this);
+        connect(mapFileCheck, &MbtilesCheck::finished, this,
+                [&preferences, source, mapFileCheck] {
+                    if (mapFileCheck->result().metadata)
+                        preferences.setMapSource(source);
+                    else
+                        std::fprintf(stderr, "veltor: --tiles %s: %s\n",
+                                     qPrintable(source.path),
+                                     qPrintable(mapFileCheck->result().error));
+                    mapFileCheck->deleteLater();
+                });
     } else if (commandLine.tileTemplate || commandLine.tileAttribution) {
         MapSource source = preferences.mapSource();
         if (commandLine.tileTemplate) {
@@ -141,13 +144,17 @@ int AppWindow::start(const AppCommandLine &commandLine)
     if (commandLine.track)
         LocationTrackingSystem::sharedSystem().beginTracking();
     // A picture of the map is taken on the map the command line asks for.
-    mapFileChecked.then(this, [this, window, file = commandLine.screenshotFile,
-                               exitWhenReady = commandLine.exitWhenReady] {
+    const auto whenReady = [this, window, file = commandLine.screenshotFile,
+                            exitWhenReady = commandLine.exitWhenReady] {
         if (file)
             takeScreenshot(window, *file);
         else if (exitWhenReady)
             whenSettled(window, [] { QCoreApplication::exit(0); });
-    });
+    };
+    if (mapFileCheck)
+        connect(mapFileCheck, &MbtilesCheck::finished, this, whenReady);
+    else
+        whenReady();
     return -1;
 }
 

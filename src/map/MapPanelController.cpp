@@ -351,16 +351,14 @@ void MapPanelController::useMapSource()
 {
     if (!m_map)
         return;
-    const quint64 generation = ++m_mapSourceGeneration;
+    m_mapFileCheck.reset();
     const MapSource source = m_preferences.mapSource();
     const MapPalette palette = MapPalette::forAppearance(m_appearance);
     if (source.kind == MapSource::Kind::Mbtiles) {
         setCheckingMapFile(true);
-        MbtilesFile::check(source.path)
-            .then(this, [this, generation, source](const MbtilesFile::Check &check) {
-                if (generation == m_mapSourceGeneration)
-                    useMapFile(source, check);
-            });
+        m_mapFileCheck = std::make_unique<MbtilesCheck>(source.path);
+        connect(m_mapFileCheck.get(), &MbtilesCheck::finished, this,
+                [this, source] { useMapFile(source, m_mapFileCheck->result()); });
     } else if (source.isOnline()) {
         setCheckingMapFile(false);
         const QString tiles = source.tileTemplate();

@@ -2,7 +2,7 @@
 
 #include "LimitedCoordinateRangeTransformer.h"
 #include "MapView.h"
-#include "MbtilesFile.h"
+#include "MbtilesCheck.h"
 #include "NotificationObserver.h"
 #include "ScaleBar.h"
 #include "VeltorGridGeometry.h"
@@ -143,8 +143,8 @@ private:
     // A new grid renderer for the idiom and the appearance, with the old one off the map first.
     void replaceGridRenderer();
     // Puts the map on the source the settings name; one that cannot be used leaves the offline
-    // basemap, and a map file that cannot be read says why. A map file is checked on a pool
-    // thread first, the offline basemap drawn meanwhile.
+    // basemap, and a map file that cannot be read says why. A map file is checked on a thread
+    // of its own first, the offline basemap drawn meanwhile.
     void useMapSource();
     void useMapFile(const MapSource &source, const MbtilesFile::Check &check);
     void setCheckingMapFile(bool checking);
@@ -169,8 +169,8 @@ private:
     bool m_animateMapScroll = false;
     // The map shows the offline basemap alone, which the map itself redraws in a new palette.
     bool m_drawsOwnBasemap = true;
-    // Bumped with every change of source, so that a late check of an old file is let go.
-    quint64 m_mapSourceGeneration = 0;
+    // The map file being checked; a change of source lets it go.
+    std::unique_ptr<MbtilesCheck> m_mapFileCheck;
     bool m_checkingMapFile = false;
     bool m_showingGridOverlay = false;
     bool m_reloadingGridAnnotations = false;

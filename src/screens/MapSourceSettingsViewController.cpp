@@ -112,13 +112,13 @@ void MapSourceSettingsViewController::setMbtilesPath(const QString &path)
     const QString trimmed = path.trimmed();
     if ((trimmed == m_source.path && m_mbtilesError.isEmpty()) || trimmed == m_checkingPath)
         return;
-    // Checked on a pool thread and kept only once it reads well, within the time limit.
+    // Checked on a thread of its own and kept only once it reads well, within the time limit.
     m_checkingPath = trimmed;
     m_mbtilesError.clear();
     emit fieldsChanged();
-    MbtilesFile::check(trimmed).then(this, [this, trimmed](const MbtilesFile::Check &check) {
-        if (trimmed != m_checkingPath)
-            return;
+    m_check = std::make_unique<MbtilesCheck>(trimmed);
+    connect(m_check.get(), &MbtilesCheck::finished, this, [this, trimmed] {
+        const MbtilesFile::Check check = m_check->result();
         m_checkingPath.clear();
         if (!check.metadata) {
             m_mbtilesError = check.error;

@@ -2,8 +2,11 @@
 
 #include "FormatPickerViewController.h"
 #include "MapSource.h"
+#include "MbtilesCheck.h"
 
 #include <QtQml/qqmlregistration.h>
+
+#include <memory>
 
 // Where the map comes from: the offline basemap, OpenStreetMap, OpenTopoMap, an MBTiles file or
 // a custom tile server. The file and the server need a path or a URL template first: tapping
@@ -61,5 +64,6 @@ private:
     QString m_mbtilesError;
     // The file being checked; a newer path lets an older check go.
     QString m_checkingPath;
+    std::unique_ptr<MbtilesCheck> m_check;
     QString m_templateError;
 };

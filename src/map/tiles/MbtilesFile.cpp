@@ -8,7 +8,6 @@
 #include <QSqlDriver>
 #include <QSqlError>
 #include <QVariant>
-#include <QtConcurrent/QtConcurrentRun>
 
 #include <sqlite3.h>
 
@@ -197,16 +196,6 @@ std::unique_ptr<MbtilesFile> MbtilesFile::open(const QString &path, QString *err
     if (error)
         *error = problem;
     return nullptr;
-}
-
-QFuture<MbtilesFile::Check> MbtilesFile::check(const QString &path)
-{
-    return QtConcurrent::run([path] {
-        Check check;
-        if (const std::unique_ptr<MbtilesFile> file = open(path, &check.error))
-            check.metadata = file->metadata();
-        return check;
-    });
 }
 
 std::unique_ptr<MbtilesFile> MbtilesFile::openForWriting(const QString &path, QString *error)

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QFuture>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QString>
@@ -62,15 +61,12 @@ public:
     // Opens an existing raster MBTiles file for reading, or says why it cannot, in the user's
     // language: no such file, not an MBTiles file, vector tiles, locked, damaged.
     static std::unique_ptr<MbtilesFile> open(const QString &path, QString *error);
-    // What opening a file for reading found, on a pool thread: its metadata, or why not.
+    // What opening a file for reading found (see MbtilesCheck): its metadata, or why not.
     struct Check
     {
         std::optional<Metadata> metadata;
         QString error;
     };
-    // Opens the file for reading on a pool thread and closes it again: the check before a file
-    // is used or kept, which must not hold up the GUI.
-    static QFuture<Check> check(const QString &path);
     // Opens the file for reading and writing, making it with the two tables when it is missing.
     static std::unique_ptr<MbtilesFile> openForWriting(const QString &path, QString *error);
 

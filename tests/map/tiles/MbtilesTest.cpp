@@ -1,3 +1,4 @@
+#include "MbtilesCheck.h"
 #include "MbtilesFile.h"
 #include "MbtilesTileSource.h"
 
@@ -11,6 +12,7 @@
 #include <QFileInfo>
 #include <QPainter>
 #include <QRandomGenerator>
+#include <QSignalSpy>
 #include <QSqlError>
 #include <QTemporaryDir>
 #include <QVariant>
@@ -263,10 +265,11 @@ TEST(MbtilesFile, SaysWhyAFileCannotBeOpened)
         const QString path = directory.filePath(QStringLiteral("map.mbtiles"));
         std::unique_ptr<Sqlite> holder;
         bad.make(path, holder);
-        // As the app checks a file before it uses or keeps it: on a pool thread.
-        const MbtilesFile::Check check = MbtilesFile::check(path).result();
-        EXPECT_FALSE(check.metadata);
-        EXPECT_EQ(check.error, qtTrId(bad.messageId).arg(shown(path)));
+        // As the app checks a file before it uses or keeps it: on a thread of its own.
+        const MbtilesCheck checking(path);
+        ASSERT_TRUE(QSignalSpy(&checking, &MbtilesCheck::finished).wait(10000));
+        EXPECT_FALSE(checking.result().metadata);
+        EXPECT_EQ(checking.result().error, qtTrId(bad.messageId).arg(shown(path)));
     }
 }
 
