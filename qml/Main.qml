@@ -9,6 +9,7 @@ ApplicationWindow {
     required property bool tablet
     required property string initialScreen
     required property real initialZoomLevel
+    required property bool welcomeOffered
     readonly property bool settled: rootScreen.settled
 
     width: 390
@@ -20,7 +21,7 @@ ApplicationWindow {
     Binding {
         target: Theme
         property: "appearance"
-        value: PreferencesSystem.appearance
+        value: AppearanceSchedule.appearance
     }
 
     StackView {
@@ -33,5 +34,6 @@ ApplicationWindow {
         initialScreen: window.initialScreen
         tablet: window.tablet
         initialZoomLevel: window.initialZoomLevel
+        welcomeOffered: window.welcomeOffered
     }
 }

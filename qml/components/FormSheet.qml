@@ -10,7 +10,14 @@ Popup {
 
     readonly property size sheetSize: Theme.formSheetSize(Qt.size(parent.width, parent.height))
 
+    // What gets the keyboard's focus back when the sheet closes: whatever had it, unless the
+    // presenter names another (the button of a menu the sheet was opened from).
+    property Item opener
+
     function present(screen: Component) {
+        const window = sheet.parent.Window.window
+        if (!opener)
+            opener = window ? window.activeFocusItem : null
         loader.sourceComponent = screen
         open()
     }
@@ -70,5 +77,10 @@ Popup {
         y = Qt.binding(() => (parent.height - height) / 2)
         loader.forceActiveFocus()
     }
-    onClosed: loader.sourceComponent = null
+    onClosed: {
+        loader.sourceComponent = null
+        if (opener && opener.visible)
+            opener.forceActiveFocus()
+        opener = null
+    }
 }

@@ -11,6 +11,10 @@ Page {
     property string initialScreen
     property bool tablet
     property real initialZoomLevel: 11
+    property bool welcomeOffered: false
+    // A sheet, menu, alert or the first-run card is up: what lies behind it is out of reach.
+    readonly property bool modalOpen: sheet.visible || shareSheet.visible || toolsMenu.visible
+                                      || alert.visible || welcome.visible
     //: The app's name, in the window title
     //% "Veltor"
     title: qsTrId("app.name")
@@ -21,6 +25,7 @@ Page {
         id: controller
         initialScreen: screen.initialScreen
         tablet: screen.tablet
+        welcomeOffered: screen.welcomeOffered
     }
     RootCoordinatePanelController {
         id: toolbarController
@@ -33,352 +38,362 @@ Page {
     header: Rectangle {
         implicitHeight: toolbar.implicitHeight
         color: Theme.surfaceColor
-        RowLayout {
-            id: toolbar
+        ModalShield {
             anchors.fill: parent
-            anchors.leftMargin: Theme.spacing
-            anchors.rightMargin: Theme.spacing
-            UnderlineButton {
-                title: panel.controller.veltorText
-                accessibilityLabel: panel.controller.veltor2AccessibilityLabel
-                font: Theme.readoutFont
-                textAlignment: Text.AlignLeft
-                onClicked: panel.controller.showVeltorKeypad()
-            }
-            Item {
-                Layout.fillWidth: true
-            }
-            Body1Label {
-                text: toolbarController.accuracyText
-                opacity: toolbarController.accuracyOpacity
-                color: Theme.tintColor
-                Accessible.name: text
-            }
-            // A wide window's tools, labelled, in reading order after the locator.
-            ToolbarAction {
-                id: toolbarShare
-                visible: controller.toolbarHolds(RootViewController.Share, screen.width)
-                glyph: "share"
-                title: qsTrId("sharesheet.title")
-                onClicked: shareSheet.present(toolbarShare)
-            }
-            ToolbarAction {
-                visible: controller.toolbarHolds(RootViewController.SetTarget, screen.width)
-                glyph: "target"
-                title: qsTrId("target.set")
-                onClicked: targetController.setCurrentPointAsTarget()
-            }
-            ToolbarAction {
-                visible: controller.toolbarHolds(RootViewController.SaveProof, screen.width)
-                glyph: "proof"
-                title: qsTrId("proof.save")
-                onClicked: proof.save()
-            }
-            ToolbarAction {
-                visible: controller.toolbarHolds(RootViewController.KeepArea, screen.width)
-                glyph: "download"
-                title: qsTrId("keep-area.title")
-                onClicked: mapPanel.keepArea()
-            }
-            ToolbarAction {
-                visible: controller.toolbarHolds(RootViewController.Settings, screen.width)
-                glyph: "settings"
-                title: qsTrId("settings.title")
-                onClicked: controller.showSettings()
-            }
-            ToolbarAction {
-                id: toolbarMenu
-                visible: controller.toolbarHolds(RootViewController.Menu, screen.width)
-                glyph: "menu"
-                title: qsTrId("menu.title")
-                onClicked: toolsMenu.present(toolbarMenu)
+            active: screen.modalOpen
+            Accessible.role: Accessible.ToolBar
+            RowLayout {
+                id: toolbar
+                anchors.fill: parent
+                anchors.leftMargin: Theme.spacing
+                anchors.rightMargin: Theme.spacing
+                UnderlineButton {
+                    title: panel.controller.veltorText
+                    accessibilityLabel: panel.controller.veltor2AccessibilityLabel
+                    font: Theme.readoutFont
+                    textAlignment: Text.AlignLeft
+                    onClicked: panel.controller.showVeltorKeypad()
+                }
+                Item {
+                    Layout.fillWidth: true
+                }
+                Body1Label {
+                    text: toolbarController.accuracyText
+                    opacity: toolbarController.accuracyOpacity
+                    color: Theme.tintColor
+                    Accessible.name: text
+                }
+                // A wide window's tools, labelled, in reading order after the locator.
+                ToolbarAction {
+                    id: toolbarShare
+                    visible: controller.toolbarHolds(RootViewController.Share, screen.width)
+                    glyph: "share"
+                    title: qsTrId("sharesheet.title")
+                    onClicked: shareSheet.present(toolbarShare)
+                }
+                ToolbarAction {
+                    visible: controller.toolbarHolds(RootViewController.SetTarget, screen.width)
+                    glyph: "target"
+                    title: qsTrId("target.set")
+                    onClicked: targetController.setCurrentPointAsTarget()
+                }
+                ToolbarAction {
+                    visible: controller.toolbarHolds(RootViewController.SaveProof, screen.width)
+                    glyph: "proof"
+                    title: qsTrId("proof.save")
+                    onClicked: proof.save()
+                }
+                ToolbarAction {
+                    visible: controller.toolbarHolds(RootViewController.KeepArea, screen.width)
+                    glyph: "download"
+                    title: qsTrId("keep-area.title")
+                    onClicked: mapPanel.keepArea()
+                }
+                ToolbarAction {
+                    visible: controller.toolbarHolds(RootViewController.Settings, screen.width)
+                    glyph: "settings"
+                    title: qsTrId("settings.title")
+                    onClicked: controller.showSettings()
+                }
+                ToolbarAction {
+                    id: toolbarMenu
+                    visible: controller.toolbarHolds(RootViewController.Menu, screen.width)
+                    glyph: "menu"
+                    title: qsTrId("menu.title")
+                    onClicked: toolsMenu.present(toolbarMenu)
+                }
             }
         }
     }
 
-    ColumnLayout {
+    ModalShield {
         anchors.fill: parent
-        spacing: 0
-
-        Rectangle {
-            Layout.fillWidth: true
-            visible: controller.bannerVisible
-            implicitHeight: Math.max(bannerText.implicitHeight + 2 * Theme.spacing,
-                                     Theme.minimumTargetSize)
-            color: Theme.warningColor
-            Body1Label {
-                id: bannerText
-                anchors.left: parent.left
-                anchors.right: bannerClose.left
-                anchors.verticalCenter: parent.verticalCenter
-                anchors.margins: Theme.spacing
-                text: controller.bannerMessage
-                wrapMode: Text.Wrap
-            }
-            PressableButton {
-                id: bannerClose
-                anchors.right: parent.right
-                anchors.top: parent.top
-                width: Theme.minimumTargetSize
-                height: Theme.minimumTargetSize
-                //: Spoken name of the button that closes the message at the top of the window
-                //% "Close message"
-                accessibilityLabel: qsTrId("root.banner.close")
-                onClicked: controller.dismissBanner()
-                contentItem: Image {
-                    source: Theme.glyphSource("close", Theme.textColor)
-                    sourceSize.width: 34
-                    sourceSize.height: 24
-                    fillMode: Image.Pad
-                    Accessible.ignored: true
-                }
-            }
-        }
-
-        // Stacked in compact width, side by side in regular width, a hairline between them.
-        Item {
-            id: panels
-            Layout.fillWidth: true
-            Layout.fillHeight: true
-
-            // In a wide window the panel is a column beside the map, scrolling when it is taller.
-            Flickable {
-                id: panelScroller
-                readonly property rect frame: controller.panelRect(panels.width, panels.height,
-                                                                   panel.implicitHeight)
-                x: frame.x
-                y: frame.y
-                width: frame.width
-                height: frame.height
-                contentHeight: panel.implicitHeight
-                clip: true
-                boundsBehavior: Flickable.StopAtBounds
-                // Shown whenever there is more below, so that a cut-off panel reads as one.
-                ScrollBar.vertical: ScrollBar {
-                    policy: ScrollBar.AlwaysOn
-                    visible: panelScroller.contentHeight > panelScroller.height
-                    contentItem: Rectangle {
-                        implicitWidth: 6
-                        radius: 3
-                        color: Theme.controlColor
-                    }
-                }
-
-                CoordinatePanelScreen {
-                    id: panel
-                    width: parent.width
-                    showsLocator: controller.panelShowsLocator(panels.width, panels.height,
-                                                               screen.height, readoutsHeight,
-                                                               locatorHeight, foldedToolsHeight)
-                    toolsFolded: controller.fieldToolsFolded(controller.fieldToolsFolding,
-                                                             panels.width, panels.height,
-                                                             screen.height, readoutsHeight,
-                                                             locatorHeight, foldedToolsHeight,
-                                                             toolsHeight)
-                    toolsFoldable: !controller.isRegularWidth(panels.width, panels.height)
-                    onToolsToggled: controller.setFieldToolsFolded(!toolsFolded)
-                }
-            }
+        active: screen.modalOpen
+        Accessible.role: Accessible.Grouping
+        ColumnLayout {
+            anchors.fill: parent
+            spacing: 0
 
             Rectangle {
-                readonly property rect frame: controller.dividerRect(panels.width, panels.height,
-                                                                     panel.implicitHeight,
-                                                                     Screen.devicePixelRatio)
-                x: frame.x
-                y: frame.y
-                width: frame.width
-                height: frame.height
-                color: Theme.dividerColor
+                Layout.fillWidth: true
+                visible: controller.bannerVisible
+                implicitHeight: Math.max(bannerText.implicitHeight + 2 * Theme.spacing,
+                                         Theme.minimumTargetSize)
+                color: Theme.warningColor
+                Body1Label {
+                    id: bannerText
+                    anchors.left: parent.left
+                    anchors.right: bannerClose.left
+                    anchors.verticalCenter: parent.verticalCenter
+                    anchors.margins: Theme.spacing
+                    text: controller.bannerMessage
+                    wrapMode: Text.Wrap
+                }
+                PressableButton {
+                    id: bannerClose
+                    anchors.right: parent.right
+                    anchors.top: parent.top
+                    width: Theme.minimumTargetSize
+                    height: Theme.minimumTargetSize
+                    //: Spoken name of the button that closes the message at the top of the window
+                    //% "Close message"
+                    accessibilityLabel: qsTrId("root.banner.close")
+                    onClicked: controller.dismissBanner()
+                    contentItem: Image {
+                        source: Theme.glyphSource("close", Theme.textColor)
+                        sourceSize.width: 34
+                        sourceSize.height: 24
+                        fillMode: Image.Pad
+                        Accessible.ignored: true
+                    }
+                }
             }
 
-            MapView {
-                id: map
-                readonly property rect frame: controller.mapRect(panels.width, panels.height,
-                                                                 panel.implicitHeight,
-                                                                 Screen.devicePixelRatio)
-                x: frame.x
-                y: frame.y
-                width: frame.width
-                height: frame.height
-    
-                MapPanelController {
-                    id: mapPanel
-                    map: map
-                    initialZoomLevel: screen.initialZoomLevel
-                    tablet: screen.tablet
-                    appearance: Theme.appearance
-                }
+            // Stacked in compact width, side by side in regular width, a hairline between them.
+            Item {
+                id: panels
+                Layout.fillWidth: true
+                Layout.fillHeight: true
 
-                // The way to the target, over the map and under its buttons.
-                GreatCircleOverlay {
-                    anchors.fill: parent
-                    map: map
-                    color: Theme.tintColor
-                    active: targetController.shown
-                    fromLatitude: targetController.pointLatitude
-                    fromLongitude: targetController.pointLongitude
-                    toLatitude: targetController.targetLatitude
-                    toLongitude: targetController.targetLongitude
-                    Accessible.ignored: true
-                }
-
-                // The map to a screen reader: a button that does what a long press does, at the
-                // centre. It takes no touches, so the map's own gestures are untouched.
-                Item {
-                    anchors.fill: parent
-                    Accessible.role: Accessible.Button
-                    //: Spoken name of the map
-                    //% "Map"
-                    Accessible.name: qsTrId("map.accessibility.title")
-                    //: Spoken hint of the map: pressing it places the point where the map is centred
-                    //% "Places the point at the centre of the map"
-                    Accessible.description: qsTrId("map.accessibility.hint")
-                    Accessible.onPressAction: mapPanel.placePointAtMapCentre()
-                }
-
-                Column {
-                    anchors.left: parent.left
-                    anchors.top: parent.top
-                    anchors.margins: Theme.spacing
-                    spacing: Theme.spacing
-                    MapControlButton {
-                        id: menuButton
-                        visible: controller.mapHolds(RootViewController.Menu, screen.width)
-                        title: ""
-                        glyph: "menu"
-                        //: Spoken name and tooltip of the button that opens the menu of tools
-                        //% "Menu"
-                        accessibilityLabel: qsTrId("menu.title")
-                        toolTip: accessibilityLabel
-                        onClicked: toolsMenu.present(menuButton)
+                // In a wide window the panel is a column beside the map, scrolling when it is taller.
+                Flickable {
+                    id: panelScroller
+                    readonly property rect frame: controller.panelRect(panels.width, panels.height,
+                                                                       panel.implicitHeight)
+                    x: frame.x
+                    y: frame.y
+                    width: frame.width
+                    height: frame.height
+                    contentHeight: panel.implicitHeight
+                    clip: true
+                    boundsBehavior: Flickable.StopAtBounds
+                    // Shown whenever there is more below, so that a cut-off panel reads as one.
+                    ScrollBar.vertical: ScrollBar {
+                        policy: ScrollBar.AlwaysOn
+                        visible: panelScroller.contentHeight > panelScroller.height
+                        contentItem: Rectangle {
+                            implicitWidth: 6
+                            radius: 3
+                            color: Theme.controlColor
+                        }
                     }
-                    MapControlButton {
-                        id: shareButton
-                        visible: controller.mapHolds(RootViewController.Share, screen.width)
-                        title: ""
-                        glyph: "share"
-                        //: Button that opens the share sheet
-                        //% "Share"
-                        accessibilityLabel: qsTrId("sharesheet.title")
-                        toolTip: accessibilityLabel
-                        onClicked: mapPanel.share()
+
+                    CoordinatePanelScreen {
+                        id: panel
+                        width: parent.width
+                        showsLocator: controller.panelShowsLocator(panels.width, panels.height,
+                                                                   screen.height, readoutsHeight,
+                                                                   locatorHeight, foldedToolsHeight)
+                        toolsFolded: controller.fieldToolsFolded(controller.fieldToolsFolding,
+                                                                 panels.width, panels.height,
+                                                                 screen.height, readoutsHeight,
+                                                                 locatorHeight, foldedToolsHeight,
+                                                                 toolsHeight)
+                        toolsFoldable: !controller.isRegularWidth(panels.width, panels.height)
+                        onToolsToggled: controller.setFieldToolsFolded(!toolsFolded)
                     }
                 }
 
-                Column {
-                    anchors.right: parent.right
-                    anchors.bottom: trackButton.top
-                    anchors.margins: Theme.spacing
-                    spacing: Theme.spacing
-                    MapControlButton {
-                        glyph: "plus"
-                        //: Spoken name of the map's zoom-in button
-                        //% "Zoom in"
-                        accessibilityLabel: qsTrId("map.zoom-in")
-                        toolTip: accessibilityLabel
-                        onClicked: map.zoomIn()
-                    }
-                    MapControlButton {
-                        glyph: "minus"
-                        //: Spoken name of the map's zoom-out button
-                        //% "Zoom out"
-                        accessibilityLabel: qsTrId("map.zoom-out")
-                        toolTip: accessibilityLabel
-                        onClicked: map.zoomOut()
-                    }
+                Rectangle {
+                    readonly property rect frame: controller.dividerRect(panels.width, panels.height,
+                                                                         panel.implicitHeight,
+                                                                         Screen.devicePixelRatio)
+                    x: frame.x
+                    y: frame.y
+                    width: frame.width
+                    height: frame.height
+                    color: Theme.dividerColor
                 }
 
-                // The scale at the centre, in the user's distance units.
-                Column {
-                    anchors.left: parent.left
-                    anchors.bottom: attribution.top
-                    anchors.leftMargin: 6
-                    anchors.bottomMargin: 4
-                    spacing: 2
-                    Accessible.role: Accessible.StaticText
-                    Accessible.name: mapPanel.scaleBarAccessibilityLabel
+                MapView {
+                    id: map
+                    readonly property rect frame: controller.mapRect(panels.width, panels.height,
+                                                                     panel.implicitHeight,
+                                                                     Screen.devicePixelRatio)
+                    x: frame.x
+                    y: frame.y
+                    width: frame.width
+                    height: frame.height
+        
+                    MapPanelController {
+                        id: mapPanel
+                        map: map
+                        initialZoomLevel: screen.initialZoomLevel
+                        tablet: screen.tablet
+                        appearance: Theme.appearance
+                    }
+
+                    // The way to the target, over the map and under its buttons.
+                    GreatCircleOverlay {
+                        anchors.fill: parent
+                        map: map
+                        color: Theme.tintColor
+                        active: targetController.shown
+                        fromLatitude: targetController.pointLatitude
+                        fromLongitude: targetController.pointLongitude
+                        toLatitude: targetController.targetLatitude
+                        toLongitude: targetController.targetLongitude
+                        Accessible.ignored: true
+                    }
+
+                    // The map to a screen reader: a button that does what a long press does, at the
+                    // centre. It takes no touches, so the map's own gestures are untouched.
+                    Item {
+                        anchors.fill: parent
+                        Accessible.role: Accessible.Button
+                        //: Spoken name of the map
+                        //% "Map"
+                        Accessible.name: qsTrId("map.accessibility.title")
+                        //: Spoken hint of the map: pressing it places the point where the map is centred
+                        //% "Places the point at the centre of the map"
+                        Accessible.description: qsTrId("map.accessibility.hint")
+                        Accessible.onPressAction: mapPanel.placePointAtMapCentre()
+                    }
+
+                    Column {
+                        anchors.left: parent.left
+                        anchors.top: parent.top
+                        anchors.margins: Theme.spacing
+                        spacing: Theme.spacing
+                        MapControlButton {
+                            id: menuButton
+                            visible: controller.mapHolds(RootViewController.Menu, screen.width)
+                            title: ""
+                            glyph: "menu"
+                            //: Spoken name and tooltip of the button that opens the menu of tools
+                            //% "Menu"
+                            accessibilityLabel: qsTrId("menu.title")
+                            toolTip: accessibilityLabel
+                            onClicked: toolsMenu.present(menuButton)
+                        }
+                        MapControlButton {
+                            id: shareButton
+                            visible: controller.mapHolds(RootViewController.Share, screen.width)
+                            title: ""
+                            glyph: "share"
+                            //: Button that opens the share sheet
+                            //% "Share"
+                            accessibilityLabel: qsTrId("sharesheet.title")
+                            toolTip: accessibilityLabel
+                            onClicked: mapPanel.share()
+                        }
+                    }
+
+                    Column {
+                        anchors.right: parent.right
+                        anchors.bottom: trackButton.top
+                        anchors.margins: Theme.spacing
+                        spacing: Theme.spacing
+                        MapControlButton {
+                            glyph: "plus"
+                            //: Spoken name of the map's zoom-in button
+                            //% "Zoom in"
+                            accessibilityLabel: qsTrId("map.zoom-in")
+                            toolTip: accessibilityLabel
+                            onClicked: map.zoomIn()
+                        }
+                        MapControlButton {
+                            glyph: "minus"
+                            //: Spoken name of the map's zoom-out button
+                            //% "Zoom out"
+                            accessibilityLabel: qsTrId("map.zoom-out")
+                            toolTip: accessibilityLabel
+                            onClicked: map.zoomOut()
+                        }
+                    }
+
+                    // The scale at the centre, in the user's distance units.
+                    Column {
+                        anchors.left: parent.left
+                        anchors.bottom: attribution.top
+                        anchors.leftMargin: 6
+                        anchors.bottomMargin: 4
+                        spacing: 2
+                        Accessible.role: Accessible.StaticText
+                        Accessible.name: mapPanel.scaleBarAccessibilityLabel
+                        Label {
+                            text: mapPanel.scaleBarText
+                            color: Theme.mapControlTextColor
+                            font: Theme.secondaryFont
+                            leftPadding: 4
+                            rightPadding: 4
+                            background: Rectangle {
+                                color: Theme.mapControlColor
+                                radius: 3
+                            }
+                            Accessible.ignored: true
+                        }
+                        Rectangle {
+                            width: mapPanel.scaleBarLength + 4
+                            height: 8
+                            color: Theme.mapControlColor
+                            radius: 2
+                            Rectangle {
+                                anchors.centerIn: parent
+                                width: mapPanel.scaleBarLength
+                                height: 4
+                                color: Theme.mapControlTextColor
+                            }
+                        }
+                    }
+
                     Label {
-                        text: mapPanel.scaleBarText
+                        id: attribution
+                        anchors.left: parent.left
+                        anchors.bottom: trackButton.top
+                        anchors.margins: 6
+                        text: map.attribution
                         color: Theme.mapControlTextColor
-                        font: Theme.secondaryFont
-                        leftPadding: 4
-                        rightPadding: 4
+                        font.pixelSize: 12
+                        padding: 3
                         background: Rectangle {
                             color: Theme.mapControlColor
                             radius: 3
                         }
-                        Accessible.ignored: true
                     }
+
+                    // A crossing into another cell, seen as well as heard: large, over the top of the
+                    // map, for a few seconds; a screen reader meets it as an alert.
                     Rectangle {
-                        width: mapPanel.scaleBarLength + 4
-                        height: 8
-                        color: Theme.mapControlColor
-                        radius: 2
-                        Rectangle {
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        anchors.top: parent.top
+                        anchors.topMargin: Theme.spacing
+                        width: Math.min(parent.width - 2 * Theme.spacing,
+                                        crossingText.implicitWidth + 4 * Theme.spacing)
+                        height: crossingText.implicitHeight + 2 * Theme.spacing
+                        radius: 12
+                        color: Theme.tintColor
+                        visible: crossingAlert.bannerShown
+                        Accessible.role: Accessible.AlertMessage
+                        Accessible.name: crossingAlert.bannerAccessibilityLabel
+                        TitleLabel {
+                            id: crossingText
                             anchors.centerIn: parent
-                            width: mapPanel.scaleBarLength
-                            height: 4
-                            color: Theme.mapControlTextColor
+                            width: Math.min(implicitWidth, parent.width - 2 * Theme.spacing)
+                            horizontalAlignment: Text.AlignHCenter
+                            wrapMode: Text.Wrap
+                            text: crossingAlert.bannerText
+                            color: Theme.keyFaceColor
+                            font.weight: Font.Normal
+                            Accessible.ignored: true
                         }
                     }
-                }
 
-                Label {
-                    id: attribution
-                    anchors.left: parent.left
-                    anchors.bottom: trackButton.top
-                    anchors.margins: 6
-                    text: map.attribution
-                    color: Theme.mapControlTextColor
-                    font.pixelSize: 12
-                    padding: 3
-                    background: Rectangle {
-                        color: Theme.mapControlColor
-                        radius: 3
+                    // Across a phone's map; sized to its text where the toolbar holds the tools.
+                    WideButton {
+                        id: trackButton
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        anchors.bottom: parent.bottom
+                        anchors.margins: Theme.spacing
+                        width: controller.toolbarHolds(RootViewController.Share, screen.width)
+                               ? implicitWidth : parent.width - 2 * Theme.spacing
+                        title: mapPanel.trackingButtonTitle
+                        accessibilityLabel: mapPanel.trackingButtonAccessibilityTitle
+                        accessibilityHint: mapPanel.trackingButtonAccessibilityHint
+                        alternateStyle: mapPanel.tracking
+                        glyph: mapPanel.trackingButtonImage
+                        onClicked: mapPanel.toggleTracking()
                     }
-                }
-
-                // A crossing into another cell, seen as well as heard: large, over the top of the
-                // map, for a few seconds; a screen reader meets it as an alert.
-                Rectangle {
-                    anchors.horizontalCenter: parent.horizontalCenter
-                    anchors.top: parent.top
-                    anchors.topMargin: Theme.spacing
-                    width: Math.min(parent.width - 2 * Theme.spacing,
-                                    crossingText.implicitWidth + 4 * Theme.spacing)
-                    height: crossingText.implicitHeight + 2 * Theme.spacing
-                    radius: 12
-                    color: Theme.tintColor
-                    visible: crossingAlert.bannerShown
-                    Accessible.role: Accessible.AlertMessage
-                    Accessible.name: crossingAlert.bannerAccessibilityLabel
-                    TitleLabel {
-                        id: crossingText
-                        anchors.centerIn: parent
-                        width: Math.min(implicitWidth, parent.width - 2 * Theme.spacing)
-                        horizontalAlignment: Text.AlignHCenter
-                        wrapMode: Text.Wrap
-                        text: crossingAlert.bannerText
-                        color: Theme.keyFaceColor
-                        font.weight: Font.Normal
-                        Accessible.ignored: true
-                    }
-                }
-
-                // Across a phone's map; sized to its text where the toolbar holds the tools.
-                WideButton {
-                    id: trackButton
-                    anchors.horizontalCenter: parent.horizontalCenter
-                    anchors.bottom: parent.bottom
-                    anchors.margins: Theme.spacing
-                    width: controller.toolbarHolds(RootViewController.Share, screen.width)
-                           ? implicitWidth : parent.width - 2 * Theme.spacing
-                    title: mapPanel.trackingButtonTitle
-                    accessibilityLabel: mapPanel.trackingButtonAccessibilityTitle
-                    accessibilityHint: mapPanel.trackingButtonAccessibilityHint
-                    alternateStyle: mapPanel.tracking
-                    glyph: mapPanel.trackingButtonImage
-                    onClicked: mapPanel.toggleTracking()
                 }
             }
         }
@@ -396,6 +411,12 @@ Page {
     ProofSnapshotController {
         id: proof
         window: screen.Window.window
+    }
+    WelcomeCard {
+        id: welcome
+        visible: controller.welcomeShown
+        menuText: controller.welcomeMenuText(screen.width)
+        onDismissed: controller.dismissWelcome()
     }
     ShareSheet {
         id: shareSheet
@@ -498,26 +519,26 @@ Page {
 
     Connections {
         target: targetController
-        function onTargetKeypadRequested() { sheet.present(targetKeypad) }
+        function onTargetKeypadRequested() { screen.presentSheet(targetKeypad) }
     }
     Connections {
         target: panel.controller
-        function onLatitudeKeypadRequested() { sheet.present(latitudeKeypad) }
-        function onLongitudeKeypadRequested() { sheet.present(longitudeKeypad) }
-        function onVeltorKeypadRequested() { sheet.present(veltorKeypad) }
+        function onLatitudeKeypadRequested() { screen.presentSheet(latitudeKeypad) }
+        function onLongitudeKeypadRequested() { screen.presentSheet(longitudeKeypad) }
+        function onVeltorKeypadRequested() { screen.presentSheet(veltorKeypad) }
     }
     Connections {
         target: controller
-        function onLatitudeKeypadRequested() { sheet.present(latitudeKeypad) }
-        function onLongitudeKeypadRequested() { sheet.present(longitudeKeypad) }
-        function onVeltorKeypadRequested() { sheet.present(veltorKeypad) }
-        function onSettingsRequested() { sheet.present(settingsScreen) }
-        function onStationSettingsRequested() { sheet.present(stationSettingsScreen) }
+        function onLatitudeKeypadRequested() { screen.presentSheet(latitudeKeypad) }
+        function onLongitudeKeypadRequested() { screen.presentSheet(longitudeKeypad) }
+        function onVeltorKeypadRequested() { screen.presentSheet(veltorKeypad) }
+        function onSettingsRequested() { screen.presentSheet(settingsScreen) }
+        function onStationSettingsRequested() { screen.presentSheet(stationSettingsScreen) }
         function onMenuRequested() { toolsMenu.present(menuButton.visible ? menuButton : toolbarMenu) }
         function onShareSheetRequested() {
             shareSheet.present(shareButton.visible ? shareButton : toolbarShare)
         }
-        function onMapSourceSettingsRequested() { sheet.present(mapSourceSettingsScreen) }
+        function onMapSourceSettingsRequested() { screen.presentSheet(mapSourceSettingsScreen) }
         function onAlertRequested(title: string, message: string, dismissButton: string,
                                   settingsButton: string) {
             screen.showAlert(title, message, dismissButton, settingsButton)
@@ -525,10 +546,22 @@ Page {
     }
     Connections {
         target: mapPanel
-        function onKeepAreaRequested() { sheet.present(keepAreaScreen) }
+        function onKeepAreaRequested() { screen.presentSheet(keepAreaScreen) }
         function onAlertRequested(title: string, message: string, dismissButton: string) {
             screen.showAlert(title, message, dismissButton, "")
         }
+    }
+
+    function presentSheet(content: Component) {
+        // From a menu, focus goes back to the menu's button when the sheet closes, not to the
+        // menu, which is gone by then.
+        for (const menu of [toolsMenu, shareSheet]) {
+            if (menu.visible) {
+                sheet.opener = menu.opener
+                menu.opener = null
+            }
+        }
+        sheet.present(content)
     }
 
     function showAlert(title: string, message: string, dismissButton: string,

@@ -1179,5 +1179,45 @@ Spoken name and tooltip of a keypad&apos;s ✕ button: closes it without keeping
         <extracomment>Button of the message that the position cannot be used: opens the GPS settings</extracomment>
         <translation>GPS-Einstellungen</translation>
     </message>
+    <message id="welcome.title">
+        <source>Welcome to Veltor</source>
+        <extracomment>Title of the card that teaches the first run</extracomment>
+        <translation>Willkommen bei Veltor</translation>
+    </message>
+    <message id="welcome.long-press">
+        <source>Press and hold the map to set the point there.</source>
+        <extracomment>First-run card: how to set the point on the map</extracomment>
+        <translation>Halten Sie den Finger auf die Karte, um den Punkt dorthin zu setzen.</translation>
+    </message>
+    <message id="welcome.track">
+        <source>Track my position follows the GPS and keeps the point on your fix.</source>
+        <extracomment>First-run card: what the tracking button does</extracomment>
+        <translation>„Meine Position verfolgen“ folgt dem GPS und hält den Punkt auf Ihrer Position.</translation>
+    </message>
+    <message id="welcome.dismiss">
+        <source>Got It</source>
+        <extracomment>Button that puts the first-run card away for good</extracomment>
+        <translation>Verstanden</translation>
+    </message>
+    <message id="appearance.automatic.detail">
+        <source>Night from civil dusk to dawn at the point</source>
+        <extracomment>Under the Automatic appearance: how it chooses between day and night</extracomment>
+        <translation>Nachts von der bürgerlichen Abend- bis zur Morgendämmerung am Punkt</translation>
+    </message>
+    <message id="appearance.automatic.name">
+        <source>Automatic</source>
+        <extracomment>Appearance that follows the sun: night between civil dusk and dawn, day otherwise</extracomment>
+        <translation>Automatisch</translation>
+    </message>
+    <message id="welcome.menu.toolbar">
+        <source>Menu, at the right of the toolbar, holds the target, proofs, offline areas and the settings.</source>
+        <extracomment>First-run card, wide window: where the menu of tools is</extracomment>
+        <translation>Das Menü rechts in der Werkzeugleiste enthält Ziel, Nachweise, Offline-Gebiete und die Einstellungen.</translation>
+    </message>
+    <message id="welcome.menu.map">
+        <source>Menu, at the top left of the map, holds the target, proofs, offline areas and the settings.</source>
+        <extracomment>First-run card, phone: where the menu of tools is</extracomment>
+        <translation>Das Menü oben links auf der Karte enthält Ziel, Nachweise, Offline-Gebiete und die Einstellungen.</translation>
+    </message>
 </context>
 </TS>

@@ -1179,5 +1179,45 @@ Spoken name and tooltip of a keypad&apos;s ✕ button: closes it without keeping
         <extracomment>Button of the message that the position cannot be used: opens the GPS settings</extracomment>
         <translation>GPS Settings</translation>
     </message>
+    <message id="welcome.title">
+        <source>Welcome to Veltor</source>
+        <extracomment>Title of the card that teaches the first run</extracomment>
+        <translation>Welcome to Veltor</translation>
+    </message>
+    <message id="welcome.long-press">
+        <source>Press and hold the map to set the point there.</source>
+        <extracomment>First-run card: how to set the point on the map</extracomment>
+        <translation>Press and hold the map to set the point there.</translation>
+    </message>
+    <message id="welcome.track">
+        <source>Track my position follows the GPS and keeps the point on your fix.</source>
+        <extracomment>First-run card: what the tracking button does</extracomment>
+        <translation>Track my position follows the GPS and keeps the point on your fix.</translation>
+    </message>
+    <message id="welcome.dismiss">
+        <source>Got It</source>
+        <extracomment>Button that puts the first-run card away for good</extracomment>
+        <translation>Got It</translation>
+    </message>
+    <message id="appearance.automatic.detail">
+        <source>Night from civil dusk to dawn at the point</source>
+        <extracomment>Under the Automatic appearance: how it chooses between day and night</extracomment>
+        <translation>Night from civil dusk to dawn at the point</translation>
+    </message>
+    <message id="appearance.automatic.name">
+        <source>Automatic</source>
+        <extracomment>Appearance that follows the sun: night between civil dusk and dawn, day otherwise</extracomment>
+        <translation>Automatic</translation>
+    </message>
+    <message id="welcome.menu.toolbar">
+        <source>Menu, at the right of the toolbar, holds the target, proofs, offline areas and the settings.</source>
+        <extracomment>First-run card, wide window: where the menu of tools is</extracomment>
+        <translation>Menu, at the right of the toolbar, holds the target, proofs, offline areas and the settings.</translation>
+    </message>
+    <message id="welcome.menu.map">
+        <source>Menu, at the top left of the map, holds the target, proofs, offline areas and the settings.</source>
+        <extracomment>First-run card, phone: where the menu of tools is</extracomment>
+        <translation>Menu, at the top left of the map, holds the target, proofs, offline areas and the settings.</translation>
+    </message>
 </context>
 </TS>

@@ -1179,5 +1179,45 @@ Spoken name and tooltip of a keypad&apos;s ✕ button: closes it without keeping
         <extracomment>Button of the message that the position cannot be used: opens the GPS settings</extracomment>
         <translation>Ajustes de GPS</translation>
     </message>
+    <message id="welcome.title">
+        <source>Welcome to Veltor</source>
+        <extracomment>Title of the card that teaches the first run</extracomment>
+        <translation>Bienvenido a Veltor</translation>
+    </message>
+    <message id="welcome.long-press">
+        <source>Press and hold the map to set the point there.</source>
+        <extracomment>First-run card: how to set the point on the map</extracomment>
+        <translation>Mantenga pulsado el mapa para poner el punto allí.</translation>
+    </message>
+    <message id="welcome.track">
+        <source>Track my position follows the GPS and keeps the point on your fix.</source>
+        <extracomment>First-run card: what the tracking button does</extracomment>
+        <translation>«Seguir mi posición» sigue el GPS y mantiene el punto en su posición.</translation>
+    </message>
+    <message id="welcome.dismiss">
+        <source>Got It</source>
+        <extracomment>Button that puts the first-run card away for good</extracomment>
+        <translation>Entendido</translation>
+    </message>
+    <message id="appearance.automatic.detail">
+        <source>Night from civil dusk to dawn at the point</source>
+        <extracomment>Under the Automatic appearance: how it chooses between day and night</extracomment>
+        <translation>Noche del crepúsculo civil al alba en el punto</translation>
+    </message>
+    <message id="appearance.automatic.name">
+        <source>Automatic</source>
+        <extracomment>Appearance that follows the sun: night between civil dusk and dawn, day otherwise</extracomment>
+        <translation>Automático</translation>
+    </message>
+    <message id="welcome.menu.toolbar">
+        <source>Menu, at the right of the toolbar, holds the target, proofs, offline areas and the settings.</source>
+        <extracomment>First-run card, wide window: where the menu of tools is</extracomment>
+        <translation>El menú, a la derecha de la barra de herramientas, contiene el objetivo, las pruebas, las zonas sin conexión y los ajustes.</translation>
+    </message>
+    <message id="welcome.menu.map">
+        <source>Menu, at the top left of the map, holds the target, proofs, offline areas and the settings.</source>
+        <extracomment>First-run card, phone: where the menu of tools is</extracomment>
+        <translation>El menú, arriba a la izquierda del mapa, contiene el objetivo, las pruebas, las zonas sin conexión y los ajustes.</translation>
+    </message>
 </context>
 </TS>

@@ -1179,5 +1179,45 @@ Spoken name and tooltip of a keypad&apos;s ✕ button: closes it without keeping
         <extracomment>Button of the message that the position cannot be used: opens the GPS settings</extracomment>
         <translation>Réglages GPS</translation>
     </message>
+    <message id="welcome.title">
+        <source>Welcome to Veltor</source>
+        <extracomment>Title of the card that teaches the first run</extracomment>
+        <translation>Bienvenue dans Veltor</translation>
+    </message>
+    <message id="welcome.long-press">
+        <source>Press and hold the map to set the point there.</source>
+        <extracomment>First-run card: how to set the point on the map</extracomment>
+        <translation>Appuyez longuement sur la carte pour y placer le point.</translation>
+    </message>
+    <message id="welcome.track">
+        <source>Track my position follows the GPS and keeps the point on your fix.</source>
+        <extracomment>First-run card: what the tracking button does</extracomment>
+        <translation>« Suivre ma position » suit le GPS et garde le point sur votre position.</translation>
+    </message>
+    <message id="welcome.dismiss">
+        <source>Got It</source>
+        <extracomment>Button that puts the first-run card away for good</extracomment>
+        <translation>J’ai compris</translation>
+    </message>
+    <message id="appearance.automatic.detail">
+        <source>Night from civil dusk to dawn at the point</source>
+        <extracomment>Under the Automatic appearance: how it chooses between day and night</extracomment>
+        <translation>Nuit du crépuscule civil à l’aube au point</translation>
+    </message>
+    <message id="appearance.automatic.name">
+        <source>Automatic</source>
+        <extracomment>Appearance that follows the sun: night between civil dusk and dawn, day otherwise</extracomment>
+        <translation>Automatique</translation>
+    </message>
+    <message id="welcome.menu.toolbar">
+        <source>Menu, at the right of the toolbar, holds the target, proofs, offline areas and the settings.</source>
+        <extracomment>First-run card, wide window: where the menu of tools is</extracomment>
+        <translation>Le menu, à droite de la barre d’outils, contient la cible, les preuves, les zones hors ligne et les réglages.</translation>
+    </message>
+    <message id="welcome.menu.map">
+        <source>Menu, at the top left of the map, holds the target, proofs, offline areas and the settings.</source>
+        <extracomment>First-run card, phone: where the menu of tools is</extracomment>
+        <translation>Le menu, en haut à gauche de la carte, contient la cible, les preuves, les zones hors ligne et les réglages.</translation>
+    </message>
 </context>
 </TS>

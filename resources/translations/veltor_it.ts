@@ -1179,5 +1179,45 @@ Spoken name and tooltip of a keypad&apos;s ✕ button: closes it without keeping
         <extracomment>Button of the message that the position cannot be used: opens the GPS settings</extracomment>
         <translation>Impostazioni GPS</translation>
     </message>
+    <message id="welcome.title">
+        <source>Welcome to Veltor</source>
+        <extracomment>Title of the card that teaches the first run</extracomment>
+        <translation>Benvenuto in Veltor</translation>
+    </message>
+    <message id="welcome.long-press">
+        <source>Press and hold the map to set the point there.</source>
+        <extracomment>First-run card: how to set the point on the map</extracomment>
+        <translation>Tieni premuto sulla mappa per mettere lì il punto.</translation>
+    </message>
+    <message id="welcome.track">
+        <source>Track my position follows the GPS and keeps the point on your fix.</source>
+        <extracomment>First-run card: what the tracking button does</extracomment>
+        <translation>«Traccia la mia posizione» segue il GPS e tiene il punto sulla tua posizione.</translation>
+    </message>
+    <message id="welcome.dismiss">
+        <source>Got It</source>
+        <extracomment>Button that puts the first-run card away for good</extracomment>
+        <translation>Ho capito</translation>
+    </message>
+    <message id="appearance.automatic.detail">
+        <source>Night from civil dusk to dawn at the point</source>
+        <extracomment>Under the Automatic appearance: how it chooses between day and night</extracomment>
+        <translation>Notte dal crepuscolo civile all’alba nel punto</translation>
+    </message>
+    <message id="appearance.automatic.name">
+        <source>Automatic</source>
+        <extracomment>Appearance that follows the sun: night between civil dusk and dawn, day otherwise</extracomment>
+        <translation>Automatico</translation>
+    </message>
+    <message id="welcome.menu.toolbar">
+        <source>Menu, at the right of the toolbar, holds the target, proofs, offline areas and the settings.</source>
+        <extracomment>First-run card, wide window: where the menu of tools is</extracomment>
+        <translation>Il menu, a destra nella barra degli strumenti, contiene l’obiettivo, le prove, le aree offline e le impostazioni.</translation>
+    </message>
+    <message id="welcome.menu.map">
+        <source>Menu, at the top left of the map, holds the target, proofs, offline areas and the settings.</source>
+        <extracomment>First-run card, phone: where the menu of tools is</extracomment>
+        <translation>Il menu, in alto a sinistra sulla mappa, contiene l’obiettivo, le prove, le aree offline e le impostazioni.</translation>
+    </message>
 </context>
 </TS>

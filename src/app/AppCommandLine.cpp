@@ -81,8 +81,9 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
         QStringLiteral("TEXT"));
     const QCommandLineOption appearanceOption(
         QStringLiteral("appearance"),
-        QStringLiteral("Show the screens in the day, night or red (night-vision) appearance."),
-        QStringLiteral("day|night|red"));
+        QStringLiteral("Show the screens in the day, night or red (night-vision) appearance, "
+                       "or automatic: night from civil dusk to dawn at the point."),
+        QStringLiteral("day|night|red|automatic"));
     const QCommandLineOption idiomOption(
         QStringLiteral("idiom"),
         QStringLiteral("Lay the app out for a phone or a tablet, whatever the screen is "
@@ -161,7 +162,7 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
     if (parser.isSet(appearanceOption)) {
         const auto appearance = appearanceFromName(parser.value(appearanceOption));
         if (!appearance) {
-            return usageError(QStringLiteral("--appearance %1: give day, night or red")
+            return usageError(QStringLiteral("--appearance %1: give day, night, red or automatic")
                                   .arg(parser.value(appearanceOption)),
                               parser);
         }

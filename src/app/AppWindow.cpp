@@ -109,6 +109,9 @@ int AppWindow::start(const AppCommandLine &commandLine)
         {QStringLiteral("tablet"), idiom == DeviceIdiom::Tablet},
         {QStringLiteral("initialScreen"), commandLine.initialScreen},
         {QStringLiteral("initialZoomLevel"), commandLine.zoomLevel},
+        // A screenshot or a screen opened by name is a script at work, not someone's first run.
+        {QStringLiteral("welcomeOffered"),
+         !commandLine.screenshotFile && commandLine.initialScreen.isEmpty()},
     };
     if (commandLine.windowSize) {
         initialProperties.insert(QStringLiteral("width"), commandLine.windowSize->width());

@@ -78,6 +78,7 @@ const MapPalette &MapPalette::forAppearance(Appearance appearance)
     case Appearance::Red:
         return red();
     case Appearance::Day:
+    case Appearance::Automatic: // resolved before drawing; day if not
         break;
     }
     return day();

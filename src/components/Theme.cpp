@@ -41,7 +41,9 @@ const Palette &paletteFor(Appearance appearance)
          QColor(0xc8, 0, 0), QColor(0x30, 0, 0), QColor(0, 0, 0, 0xb3), QColor(0, 0, 0, 0xf0),
          QColor(0xff, 0, 0)},
     }};
-    return palettes.at(static_cast<std::size_t>(appearance));
+    // Automatic never reaches here resolved; if it does, day is the safe look.
+    return appearance == Appearance::Automatic ? palettes[0]
+                                               : palettes.at(static_cast<std::size_t>(appearance));
 }
 
 double channel(double value)

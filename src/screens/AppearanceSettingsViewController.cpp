@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr std::array order{Appearance::Day, Appearance::Night, Appearance::Red};
+constexpr std::array order{Appearance::Day, Appearance::Night, Appearance::Red, Appearance::Automatic};
 
 } // namespace
 
@@ -31,7 +31,13 @@ QString AppearanceSettingsViewController::settingTitle()
 void AppearanceSettingsViewController::fill(int row, FormatChoice &choice) const
 {
     const Appearance appearance = order[row];
-    choice.set(name(appearance), QString(), appearance == m_preferences.appearance());
+    QString detail;
+    if (appearance == Appearance::Automatic) {
+        //: Under the Automatic appearance: how it chooses between day and night
+        //% "Night from civil dusk to dawn at the point"
+        detail = qtTrId("appearance.automatic.detail");
+    }
+    choice.set(name(appearance), detail, appearance == m_preferences.appearance());
 }
 
 void AppearanceSettingsViewController::write(int row)
@@ -50,6 +56,10 @@ QString AppearanceSettingsViewController::name(Appearance appearance)
         //: Appearance in black and deep red only, to keep night vision
         //% "Red night"
         return qtTrId("appearance.red.name");
+    case Appearance::Automatic:
+        //: Appearance that follows the sun: night between civil dusk and dawn, day otherwise
+        //% "Automatic"
+        return qtTrId("appearance.automatic.name");
     case Appearance::Day:
         break;
     }

@@ -18,6 +18,8 @@ const QString settings = QStringLiteral("settings");
 const QString station = QStringLiteral("station");
 const QString menu = QStringLiteral("menu");
 const QString share = QStringLiteral("share");
+const QString welcome = QStringLiteral("welcome");
+const QString welcomeDismissedKey = QStringLiteral("WelcomeDismissed");
 
 } // namespace
 
@@ -30,6 +32,7 @@ RootViewController::RootViewController(QObject *parent)
 RootViewController::RootViewController(LocationTrackingSystem &tracking, UserDefaults &defaults,
                                        QObject *parent)
     : QObject(parent)
+    , m_defaults(defaults)
 {
     connect(&tracking, &LocationTrackingSystem::alertRequested, this,
             [this](const QString &title, const QString &message, const QString &dismissButton) {
@@ -79,7 +82,7 @@ bool RootViewController::menuHolds(ToolAction action, qreal width, bool targetSe
 
 QStringList RootViewController::screenNames()
 {
-    return {latitudeKeypad, longitudeKeypad, veltorKeypad, settings, station, menu, share};
+    return {latitudeKeypad, longitudeKeypad, veltorKeypad, settings, station, menu, share, welcome};
 }
 
 int RootViewController::fullScreenToggled(int visibility)
@@ -174,6 +177,39 @@ void RootViewController::setInitialScreen(const QString &screen)
     emit initialScreenChanged();
 }
 
+bool RootViewController::welcomeShown() const
+{
+    return m_welcomeAsked || (m_welcomeOffered && !m_defaults.boolForKey(welcomeDismissedKey));
+}
+
+void RootViewController::setWelcomeOffered(bool offered)
+{
+    if (offered == m_welcomeOffered)
+        return;
+    m_welcomeOffered = offered;
+    emit welcomeShownChanged();
+}
+
+void RootViewController::dismissWelcome()
+{
+    m_welcomeAsked = false;
+    m_defaults.setBool(true, welcomeDismissedKey);
+    m_defaults.synchronize();
+    emit welcomeShownChanged();
+}
+
+QString RootViewController::welcomeMenuText(qreal width) const
+{
+    if (toolbarHolds(ToolAction::Menu, width)) {
+        //: First-run card, wide window: where the menu of tools is
+        //% "Menu, at the right of the toolbar, holds the target, proofs, offline areas and the settings."
+        return qtTrId("welcome.menu.toolbar");
+    }
+    //: First-run card, phone: where the menu of tools is
+    //% "Menu, at the top left of the map, holds the target, proofs, offline areas and the settings."
+    return qtTrId("welcome.menu.map");
+}
+
 bool RootViewController::openScreen(const QString &name)
 {
     if (name == latitudeKeypad)
@@ -190,7 +226,10 @@ bool RootViewController::openScreen(const QString &name)
         emit menuRequested();
     else if (name == share)
         emit shareSheetRequested();
-    else
+    else if (name == welcome) {
+        m_welcomeAsked = true;
+        emit welcomeShownChanged();
+    } else
         return false;
     return true;
 }

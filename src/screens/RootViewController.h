@@ -28,6 +28,11 @@ class RootViewController : public QObject, public QQmlParserStatus
     // Whether the field tools fold by the room left for the map, or as the user last tapped.
     Q_PROPERTY(FieldToolsFolding fieldToolsFolding READ fieldToolsFolding NOTIFY
                    fieldToolsFoldingChanged)
+    // The card that teaches the first run: on every launch until the user dismisses it, unless
+    // the launch is not for a person (a screenshot) and it was not asked for by name.
+    Q_PROPERTY(bool welcomeShown READ welcomeShown NOTIFY welcomeShownChanged)
+    Q_PROPERTY(bool welcomeOffered READ welcomeOffered WRITE setWelcomeOffered NOTIFY
+                   welcomeShownChanged)
 
 public:
     enum class FieldToolsFolding { Automatic, Folded, Unfolded };
@@ -104,6 +109,13 @@ public:
     Q_INVOKABLE void showMapSourceSettings() { emit mapSourceSettingsRequested(); }
     // The user has read the banner.
     Q_INVOKABLE void dismissBanner();
+    bool welcomeShown() const;
+    bool welcomeOffered() const { return m_welcomeOffered; }
+    void setWelcomeOffered(bool offered);
+    // Gone for good: no later launch shows the card again.
+    Q_INVOKABLE void dismissWelcome();
+    // The card's line on the menu, which is over the map or in the toolbar by the width.
+    Q_INVOKABLE QString welcomeMenuText(qreal width) const;
     // F11: full screen from any other state, and back to a window from full screen.
     Q_INVOKABLE static int fullScreenToggled(int visibility);
     // Asks for the screen of that name; false if there is none of that name.
@@ -117,6 +129,7 @@ signals:
     void initialScreenChanged();
     void tabletChanged();
     void fieldToolsFoldingChanged();
+    void welcomeShownChanged();
     void settingsRequested();
     void stationSettingsRequested();
     void mapSourceSettingsRequested();
@@ -131,6 +144,9 @@ signals:
                         const QString &settingsButton);
 
 private:
+    UserDefaults &m_defaults;
+    bool m_welcomeOffered = true;
+    bool m_welcomeAsked = false;
     bool m_tablet = false;
     FieldToolsFolding m_fieldToolsFolding = FieldToolsFolding::Automatic;
     QString m_bannerMessage;

@@ -4,9 +4,9 @@
 
 namespace {
 
-constexpr RawValueTable<Appearance, 3> table{
-    {u"AppearanceDay", u"AppearanceNight", u"AppearanceRed"}};
-constexpr RawValueTable<Appearance, 3> names{{u"day", u"night", u"red"}};
+constexpr RawValueTable<Appearance, 4> table{
+    {u"AppearanceDay", u"AppearanceNight", u"AppearanceRed", u"AppearanceAutomatic"}};
+constexpr RawValueTable<Appearance, 4> names{{u"day", u"night", u"red", u"automatic"}};
 
 } // namespace
 

@@ -209,7 +209,13 @@ class Session:
             # Proofs go to the pictures folder under home: never the real one.
             HOME=str(self.path / "home"))
         (self.path / "home").mkdir()
+        self.write_settings()
         return self
+
+    def write_settings(self, lines=""):
+        """A new installation's settings with lines added; past the first-run card, which
+        first_run meets by removing the file."""
+        self.settings.write_text("[General]\nWelcomeDismissed=true\n" + lines)
 
     def launch(self, *arguments, **environment):
         process = subprocess.Popen(

@@ -278,8 +278,8 @@ def station(session):
     """gpsd (a real one, fed by gpsfake) as the GPS source, and the live grid sent to a stand-in
     WSJT-X while tracking, and only then."""
     gpsd_port, wsjtx_port = free_port(socket.SOCK_STREAM), free_port(socket.SOCK_DGRAM)
-    session.settings.write_text(f"[General]\nGpsSourcePreference=gpsd://127.0.0.1:{gpsd_port}\n"
-                                f"WsjtxAddressPreference=127.0.0.1:{wsjtx_port}\n")
+    session.write_settings(f"GpsSourcePreference=gpsd://127.0.0.1:{gpsd_port}\n"
+                           f"WsjtxAddressPreference=127.0.0.1:{wsjtx_port}\n")
     gpsfake = subprocess.Popen(
         # Paced near a real receiver's one fix a second; unpaced it floods the app.
         ["gpsfake", "-q", "-c", "0.15", "-P", str(gpsd_port),
@@ -421,6 +421,39 @@ def tracking_alert(session):
     app.quit()
 
 
+def first_run(session):
+    # A first launch teaches, over everything else, and nothing behind the card can be reached.
+    session.settings.unlink()
+    app = session.launch()
+    app.find("label", "Welcome to Veltor")
+    app.find("label", prefix="Press and hold the map")
+    behind = ["Menu", "Share", "Tracking disabled", "Zoom in",
+              f"latitude {SAMPLE_BY_NOTATION['dms']}, button"]
+
+    def reachable():
+        return [n.name for n in walk(app.root)
+                if n.getRoleName() == "push button" and n.name in behind]
+
+    expect(not reachable(), f"behind the card a screen reader reaches {reachable()}")
+    app.press("Got It")
+    app.gone("label", "Welcome to Veltor")
+    app.button("Menu")
+    # A sheet hides what lies behind it in the same way, and gives it back when it closes.
+    app.press("Menu")
+    app.press("Settings")
+    app.find("push button", "Done")
+    wait_for("the menu gone and nothing behind Settings", lambda: not reachable())
+    app.press("Done")
+    app.gone("push button", "Done")
+    wait_for("everything behind back", lambda: sorted(reachable()) == sorted(behind))
+    app.quit()
+    # Put away for good.
+    app = session.launch()
+    app.button("Menu")
+    expect(not app.nodes("label", "Welcome to Veltor"), "the card came back")
+    app.quit()
+
+
 # Every screen, as the launch arguments and presses that reach it.
 # Every screen: how it is reached (launch arguments, then presses), a button that shows it is
 # there, and one of the screen below that must have gone. The presses leave every key something
@@ -461,7 +494,7 @@ def every_button(session):
     for screen, arguments, presses, landmark, covered in SCREENS:
         def reach():
             # Each screen as on a new installation, so that earlier presses cannot move the point.
-            session.settings.unlink(missing_ok=True)
+            session.write_settings()
             app = session.launch(*arguments)
             for name in presses:
                 app.press(name)
@@ -515,7 +548,7 @@ def every_button(session):
 
 SCENARIOS = {f.__name__: f for f in [locator_keypad, coordinate_keypads, settings_pickers,
                                       live_tracking, share, tracking_alert, every_button,
-                                      station]}
+                                      station, first_run]}
 
 
 def out_of_time(*_):

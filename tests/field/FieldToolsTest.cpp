@@ -1,6 +1,7 @@
 #include "CellPosition.h"
 #include "ContestDistance.h"
 #include "GeodesicPath.h"
+#include "SolarPosition.h"
 #include "VeltorFormatter.h"
 
 #include "TestTable.h"
@@ -90,3 +91,26 @@ TEST(CellPositionTest, MeasuresAlongTheMeridianAndTheParallel)
 }
 
 } // namespace
+
+TEST(SolarPositionTest, CivilDawnAndDuskAgreeWithTheAlmanacs)
+{
+    for (const QStringList &row : testTable("field/civil-twilight.tsv")) {
+        SCOPED_TRACE(row.join(u' ').toStdString());
+        const Coordinate at{row[0].toDouble(), row[1].toDouble()};
+        const QDateTime from = QDateTime::fromString(row[2], Qt::ISODate);
+        if (row[3] == u"night" || row[3] == u"day") {
+            EXPECT_FALSE(SolarPosition::nextCivilChange(from, at).isValid());
+            EXPECT_EQ(SolarPosition::isCivilNight(from.addSecs(12 * 3600), at), row[3] == u"night");
+            continue;
+        }
+        // Published times are rounded to the minute and the year of the Decorah table is not
+        // given; a minute and a half covers both.
+        const QDateTime dawn = SolarPosition::nextCivilChange(from, at);
+        EXPECT_NEAR(double(dawn.secsTo(QDateTime::fromString(row[3], Qt::ISODate))), 0.0, 90.0);
+        EXPECT_FALSE(SolarPosition::isCivilNight(dawn, at));
+        EXPECT_TRUE(SolarPosition::isCivilNight(dawn.addSecs(-1), at));
+        const QDateTime dusk = SolarPosition::nextCivilChange(dawn, at);
+        EXPECT_NEAR(double(dusk.secsTo(QDateTime::fromString(row[4], Qt::ISODate))), 0.0, 90.0);
+        EXPECT_TRUE(SolarPosition::isCivilNight(dusk, at));
+    }
+}

@@ -1,3 +1,4 @@
+#include "AppearanceSchedule.h"
 #include "AppearanceSettingsViewController.h"
 #include "ApplicationStateSystem.h"
 #include "CoordinateFormatSettingsViewController.h"
@@ -380,7 +381,7 @@ TEST_F(ScreenControllersTest, PickersWriteATappedChoiceAndIgnoreRowsThatAreNotTh
         {&veltor, 2, "0010"},
         {&coordinate, 2, "001"},
         {&distance, 0, "10"},
-        {&appearance, 2, "001"}};
+        {&appearance, 2, "0010"}};
     for (const auto &[picker, tap, after] : cases) {
         const QString before = marks(*picker);
         picker->selectRow(-1);
@@ -395,6 +396,39 @@ TEST_F(ScreenControllersTest, PickersWriteATappedChoiceAndIgnoreRowsThatAreNotTh
     EXPECT_EQ(m_preferences.coordinateFormat(), CoordinateFormat::DecimalDegrees);
     EXPECT_EQ(m_preferences.distanceFormat(), DistanceFormat::Metric);
     EXPECT_EQ(m_preferences.appearance(), Appearance::Red);
+}
+
+TEST_F(ScreenControllersTest, AutomaticAppearanceFollowsTheSunAtThePointAndSwitchesAtDusk)
+{
+    // Atlanta on 6 September 2009: civil dusk at 00:21 UTC, so 00:20 is still day.
+    QDateTime now = QDateTime::fromString(QStringLiteral("2009-09-07T00:20:00Z"), Qt::ISODate);
+    m_state.setCoordinate({33.8, -84.4});
+    AppearanceSchedule schedule(m_preferences, m_state, [&] { return now; });
+    QSignalSpy changed(&schedule, &AppearanceSchedule::appearanceChanged);
+    EXPECT_EQ(schedule.appearance(), Appearance::Day);
+    EXPECT_FALSE(schedule.nextChange().isValid());
+
+    m_preferences.setAppearance(Appearance::Automatic);
+    EXPECT_EQ(schedule.appearance(), Appearance::Day);
+    const QDateTime dusk = schedule.nextChange();
+    EXPECT_NEAR(double(now.secsTo(dusk)), 60.0, 60.0);
+    // The timer fires at dusk: night from that second, and the next change is dawn.
+    now = dusk;
+    schedule.update();
+    EXPECT_EQ(schedule.appearance(), Appearance::Night);
+    EXPECT_EQ(changed.count(), 1);
+    EXPECT_GT(schedule.nextChange(), dusk.addSecs(9 * 3600));
+    // Moving west, back into the light, turns it to day without waiting for a timer; a point
+    // that stays on the same side changes nothing.
+    now = dusk.addSecs(300);
+    m_state.setCoordinate({33.8, -84.5});
+    EXPECT_EQ(changed.count(), 1);
+    m_state.setCoordinate({33.8, -100.0});
+    EXPECT_EQ(schedule.appearance(), Appearance::Day);
+    // A manual choice holds whatever the sun does, red included.
+    m_preferences.setAppearance(Appearance::Red);
+    EXPECT_EQ(schedule.appearance(), Appearance::Red);
+    EXPECT_FALSE(schedule.nextChange().isValid());
 }
 
 TEST_F(ScreenControllersTest, StationSettingsKeepOnlyAddressesThatReadAsHostAndPort)
