@@ -15,9 +15,8 @@ Popup {
     property Item opener
 
     function present(screen: Component) {
-        const window = sheet.parent.Window.window
         if (!opener)
-            opener = window ? window.activeFocusItem : null
+            opener = sheet.parent.Window.activeFocusItem
         loader.sourceComponent = screen
         open()
     }
@@ -80,7 +79,7 @@ Popup {
     onClosed: {
         loader.sourceComponent = null
         if (opener && opener.visible)
-            opener.forceActiveFocus()
+            opener.forceActiveFocus(Qt.OtherFocusReason)
         opener = null
     }
 }

@@ -36,6 +36,9 @@ constexpr const char *menuOpen =
     "root: RootViewController {} panel: MapPanelController {} target: TargetController {} "
     "proof: ProofSnapshotController {} windowWidth: parent.width; "
     "Component.onCompleted: Qt.callLater(() => present(parent))";
+constexpr const char *welcomeOpen =
+    "menuText: \"Menu, at the top left of the map, holds the target and the settings.\"; "
+    "Component.onCompleted: Qt.callLater(open)";
 // Components the screens below already show appear only in states those screens never reach.
 constexpr Row rows[] = {
     {"RootScreen", phone, {320, 480}}, {"RootScreen", phone}, {"RootScreen", phone, {844, 390}},
@@ -52,7 +55,9 @@ constexpr Row rows[] = {
     {"ShareSheet", sheetOpen, {320, 480}},
     {"ToolsMenu", menuOpen, {320, 480}},
     {"ToolsMenu", menuOpen, {844, 390}},
-    {"ToolsMenu", menuOpen, {1024, 768}}};
+    {"ToolsMenu", menuOpen, {1024, 768}},
+    {"WelcomeCard", welcomeOpen, {320, 480}},
+    {"WelcomeCard", welcomeOpen, {844, 390}}};
 
 } // namespace
 
@@ -175,6 +180,34 @@ private slots:
         QCOMPARE(readouts, 3);
     }
 
+    // A sheet takes the keyboard's focus and gives it back to what had it when it closes.
+    void sheetGivesFocusBack()
+    {
+        QQmlEngine engine;
+        QQuickWindow window;
+        const std::unique_ptr<QQuickItem> item =
+            show(engine, window, QStringLiteral("RootScreen"), QLatin1String(phone), {390, 844});
+        QVERIFY(item);
+        QQuickItem *readout = nullptr;
+        for (QQuickItem *button : item->findChildren<QQuickItem *>()) {
+            if (button->isVisible() && button->inherits("QQuickAbstractButton") &&
+                button->property("title").toString().contains(u'°') && !readout)
+                readout = button;
+        }
+        QVERIFY(readout);
+        readout->forceActiveFocus(Qt::TabFocusReason);
+        QObject *root = item->findChild<QObject *>(QString(), Qt::FindChildrenRecursively);
+        for (QObject *child : item->findChildren<QObject *>()) {
+            if (child->inherits("RootViewController"))
+                root = child;
+        }
+        QVERIFY(QMetaObject::invokeMethod(root, "showSettings"));
+        QTRY_VERIFY(window.activeFocusItem() && !item->isAncestorOf(window.activeFocusItem()));
+        QTest::qWait(300);
+        QTest::keyClick(&window, Qt::Key_Escape);
+        QTRY_COMPARE(window.activeFocusItem(), readout);
+    }
+
     void rendersWithoutWarnings_data()
     {
         QTest::addColumn<int>("row");
@@ -233,7 +266,7 @@ private slots:
                 }
             }
         }
-        if (type.endsWith(u"Sheet") || type.endsWith(u"Menu")) {
+        if (type.endsWith(u"Sheet") || type.endsWith(u"Menu") || type.endsWith(u"Card")) {
             // Opened and moved in: every action inside the window, or inside the part of the
             // sheet that scrolls, which is; a finger's size each.
             QTest::qWait(400);
@@ -261,7 +294,7 @@ private slots:
                                         .arg(action->height())));
                 ++actions;
             }
-            QVERIFY(actions >= 4);
+            QVERIFY(actions >= (type.endsWith(u"Card") ? 1 : 4));
         }
         if (appearance != 2)
             return;
