@@ -14,6 +14,8 @@ Rectangle {
     property bool showsLocator: true
     property bool toolsFolded: false
     property bool toolsFoldable: true
+    // A column wide enough for two: the field tools to the right of the read-outs.
+    property bool toolsBeside: false
     signal toolsToggled()
 
     // The heights of the parts, whatever is shown now, for the root to share the window by.
@@ -33,7 +35,7 @@ Rectangle {
 
     CoordinatePanelViewController {
         id: panel
-        availableWidth: layout.width
+        availableWidth: screen.toolsBeside ? (layout.width - Theme.spacing) / 2 : layout.width
         captionWidth: Math.max(latitudeCaption.implicitWidth, longitudeCaption.implicitWidth,
                                locatorCaption.implicitWidth)
     }
@@ -46,7 +48,7 @@ Rectangle {
         anchors.margins: Theme.spacing
         // Side by side the read-outs take rows 0 to 3, stacked rows 4 to 6: no item ever moves
         // into a cell another has not left yet.
-        columns: 2
+        columns: screen.toolsBeside ? 3 : 2
         columnSpacing: Theme.spacing
         rowSpacing: 0
 
@@ -125,12 +127,23 @@ Rectangle {
             textAlignment: Text.AlignLeft
             onClicked: panel.showVeltorKeypad()
         }
-        FieldToolsView {
-            id: tools
+        // Beside taller tools, the read-outs keep to the top and this takes the rest.
+        Item {
+            visible: screen.toolsBeside
             Layout.row: 7
             Layout.column: 0
-            Layout.columnSpan: 2
-            Layout.fillWidth: true
+            Layout.fillHeight: true
+        }
+        FieldToolsView {
+            id: tools
+            // Beside: from the first row the read-outs use to the filler under them.
+            Layout.row: screen.toolsBeside && panel.readoutsStacked ? 4 : screen.toolsBeside ? 0 : 7
+            Layout.column: screen.toolsBeside ? 2 : 0
+            Layout.columnSpan: screen.toolsBeside ? 1 : 2
+            Layout.rowSpan: screen.toolsBeside ? 8 - Layout.row : 1
+            Layout.alignment: Qt.AlignTop
+            Layout.fillWidth: !screen.toolsBeside
+            Layout.preferredWidth: screen.toolsBeside ? (layout.width - Theme.spacing) / 2 : -1
             Layout.minimumWidth: 0
             folded: screen.toolsFolded
             foldable: screen.toolsFoldable

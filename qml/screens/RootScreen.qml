@@ -190,6 +190,7 @@ Page {
                                                                  locatorHeight, foldedToolsHeight,
                                                                  toolsHeight)
                         toolsFoldable: !controller.isRegularWidth(panels.width, panels.height)
+                        toolsBeside: controller.panelHoldsToolsBeside(panels.width)
                         onToolsToggled: controller.setFieldToolsFolded(!toolsFolded)
                     }
                 }

@@ -114,6 +114,9 @@ bool RootViewController::isRegularWidth(qreal width, qreal height) const
 QRectF RootViewController::panelRect(qreal width, qreal height, qreal panelHeight) const
 {
     constexpr qreal column = 400.0;
+    constexpr qreal twoColumns = 2 * column - 40.0;
+    if (panelHoldsToolsBeside(width))
+        return {0.0, 0.0, std::min(twoColumns, width * 0.4), height};
     if (isRegularWidth(width, height))
         return {0.0, 0.0, std::min(column, width / 2), height};
     return {0.0, 0.0, width, std::min(panelHeight, height)};

@@ -305,22 +305,27 @@ TEST_F(ScreenControllersTest, EachToolIsOnOneSurfaceAtEverySize)
 TEST_F(ScreenControllersTest, RootLaysThePanelsOutByWidthAndIdiom)
 {
     RootViewController root(m_tracking, m_defaults);
-    // The device, whether it is a tablet, the area, and whether the panels stand side by side.
-    const std::tuple<const char *, bool, qreal, qreal, bool> cases[] = {
-        {"phone portrait", false, 390, 800, false},
-        {"phone landscape", false, 844, 356, true},
-        {"small phone landscape", false, 480, 286, true},
-        {"tiny phone portrait", false, 320, 446, false},
-        {"tablet portrait", true, 768, 990, true},
-        {"narrow tablet window", true, 500, 700, false},
-        {"desktop", true, 2560, 1406, true},
-        {"tablet window wider than tall but narrow", true, 560, 400, false},
+    // The device, whether it is a tablet, the area, and the panel's width: the whole width
+    // above the map, a column of 400 beside it, and from 1440 a column for two with the field
+    // tools beside the read-outs.
+    const std::tuple<const char *, bool, qreal, qreal, qreal> cases[] = {
+        {"phone portrait", false, 390, 800, 390},
+        {"phone landscape", false, 844, 356, 400},
+        {"small phone landscape", false, 480, 286, 240},
+        {"tiny phone portrait", false, 320, 446, 320},
+        {"tablet portrait", true, 768, 990, 384},
+        {"narrow tablet window", true, 500, 700, 500},
+        {"laptop", true, 1440, 860, 576},
+        {"desktop", true, 2560, 1406, 760},
+        {"tablet window wider than tall but narrow", true, 560, 400, 560},
     };
     constexpr qreal panelHeight = 160.0;
-    for (const auto &[what, tablet, w, h, sideBySide] : cases) {
+    for (const auto &[what, tablet, w, h, panelWidth] : cases) {
         SCOPED_TRACE(what);
         root.setTablet(tablet);
+        const bool sideBySide = panelWidth < w;
         EXPECT_EQ(root.isRegularWidth(w, h), sideBySide);
+        EXPECT_EQ(root.panelHoldsToolsBeside(w), w >= 1440);
         const QRectF panel = root.panelRect(w, h, panelHeight);
         const QRectF divider = root.dividerRect(w, h, panelHeight, 2.0);
         const QRectF map = root.mapRect(w, h, panelHeight, 2.0);
@@ -329,8 +334,7 @@ TEST_F(ScreenControllersTest, RootLaysThePanelsOutByWidthAndIdiom)
         const auto area = [](const QRectF &r) { return r.width() * r.height(); };
         EXPECT_NEAR(area(panel) + area(divider) + area(map), w * h, 1e-6);
         EXPECT_DOUBLE_EQ(std::min(divider.width(), divider.height()), 0.5);
-        // Beside the map the panel is a column; above it, as wide as the window.
-        EXPECT_EQ(panel.width(), sideBySide ? std::min(400.0, w / 2) : w);
+        EXPECT_EQ(panel.width(), panelWidth);
         EXPECT_GE(area(map), w * h / 3);
     }
 }
