@@ -208,6 +208,46 @@ private slots:
         QTRY_COMPARE(window.activeFocusItem(), readout);
     }
 
+    // A keypad pulled down far enough closes as its ✕ does: the point stays where it was, and
+    // nothing typed is kept; a short pull is only a pull.
+    void keypadClosesWhenPulledDown_data()
+    {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<int>("pull");
+        QTest::addColumn<bool>("closes");
+        for (const char *type : {"VeltorKeypadScreen", "LatitudeLongitudeKeypadScreen"}) {
+            QTest::addRow("%s far", type) << QString::fromLatin1(type) << 220 << true;
+            QTest::addRow("%s short", type) << QString::fromLatin1(type) << 60 << false;
+        }
+    }
+
+    void keypadClosesWhenPulledDown()
+    {
+        QFETCH(QString, type);
+        QFETCH(int, pull);
+        QFETCH(bool, closes);
+        ApplicationStateSystem &state = ApplicationStateSystem::sharedSystem();
+        state.setCoordinate({10.5, 20.5});
+        QQmlEngine engine;
+        QQuickWindow window;
+        const std::unique_ptr<QQuickItem> item =
+            show(engine, window, type, QLatin1String(fill), {390, 844});
+        QVERIFY(item);
+        QQuickItem *keypad = item->childItems().constLast();
+        QSignalSpy dismissed(keypad, SIGNAL(dismissRequested()));
+        keypad->forceActiveFocus();
+        QTest::keyClick(&window, type.startsWith(u"Veltor") ? Qt::Key_J : Qt::Key_3);
+        QPoint at(195, 300);
+        QTest::mousePress(&window, Qt::LeftButton, {}, at);
+        for (int step = 0; step < 10; ++step) {
+            at.ry() += pull / 10;
+            QTest::mouseMove(&window, at);
+        }
+        QTest::mouseRelease(&window, Qt::LeftButton, {}, at);
+        QCOMPARE(dismissed.count(), closes ? 1 : 0);
+        QCOMPARE(state.coordinate(), (Coordinate{10.5, 20.5}));
+    }
+
     void rendersWithoutWarnings_data()
     {
         QTest::addColumn<int>("row");
