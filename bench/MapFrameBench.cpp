@@ -124,7 +124,7 @@ void longPan(benchmark::State &state)
             mostBytes = std::max(mostBytes, layers.base.cache().bytes() + layers.grid.cache().bytes());
         }
     }
-    const qint64 bound = 2 * MapTileLayer::defaultCacheBytes;
+    const qint64 bound = 2 * MapTileLayer::defaultCacheBytes();
     state.counters["cache_MiB"] = double(mostBytes) / (1 << 20);
     state.counters["bound_MiB"] = double(bound) / (1 << 20);
     state.counters["labels"] = double(gridRenderer->labelCacheSize());

@@ -1,9 +1,9 @@
 #include "LocateCommand.h"
+#include "LocateProgram.h"
 
 #include "TestTable.h"
 #include "VeltorVersion.h"
 
-#include <QProcess>
 
 #include <gtest/gtest.h>
 
@@ -135,18 +135,14 @@ TEST(LocateProgramTest, StreamsAndExitStatuses)
         {"--version", "", 0, "veltor-locate " VELTOR_VERSION "\n", ""}};
     for (const auto &[arguments, input, status, output, error] : runs) {
         SCOPED_TRACE(arguments);
-        QProcess process;
-        process.start(QStringLiteral(VELTOR_LOCATE_PATH),
-                      QString::fromLatin1(arguments).split(u' '));
-        ASSERT_TRUE(process.waitForStarted());
-        process.write(input);
-        process.closeWriteChannel();
-        ASSERT_TRUE(process.waitForFinished(60000));
-        EXPECT_EQ(process.exitCode(), status);
-        const QByteArray out = process.readAllStandardOutput();
-        EXPECT_TRUE(out.toStdString() == output) << out.left(400).toStdString();
-        const QByteArray errors = process.readAllStandardError();
-        EXPECT_TRUE(errors.contains(error)) << errors.toStdString();
+        std::vector<std::string> words;
+        for (const QString &word : QString::fromLatin1(arguments).split(u' '))
+            words.push_back(word.toStdString());
+        const ProgramRun run = runLocate(words, input.toStdString());
+        EXPECT_EQ(run.status, status);
+        EXPECT_TRUE(run.out == output) << run.out.substr(0, 400);
+        const QByteArray errors = QByteArray::fromStdString(run.errors);
+        EXPECT_TRUE(errors.contains(error)) << run.errors;
         EXPECT_EQ(errors.isEmpty(), status == 0);
         // One line for each bad query.
         EXPECT_EQ(errors.count('\n') == 1, status == 1);

@@ -16,6 +16,9 @@ id=org.veltor.Veltor
 
 out=$(desktop-file-validate "$usr/share/applications/$id.desktop" 2>&1)
 grep -E 'error|warning' <<<"$out" && fail "desktop-file-validate"
+# Phosh lists an app on a phone only when its entry says it fits one.
+grep -qx 'X-Purism-FormFactor=Workstation;Mobile;' "$usr/share/applications/$id.desktop" ||
+    fail "the desktop entry does not declare the phone form factor"
 
 out=$(appstreamcli validate-tree --no-net "$root/usr" 2>&1) || fail "appstreamcli validate-tree: $out"
 grep -E '^[EW]:' <<<"$out" && fail "appstreamcli reports errors or warnings"

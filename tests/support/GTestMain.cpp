@@ -7,9 +7,10 @@
 
 int main(int argc, char **argv)
 {
-    ::testing::InitGoogleTest(&argc, argv);
     // Death tests fork; the threadsafe style re-runs the binary so Qt's threads are not copied.
+    // The command line may ask for another: an emulated build cannot re-run itself.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
+    ::testing::InitGoogleTest(&argc, argv);
     QStandardPaths::setTestModeEnabled(true);
 #ifdef VELTOR_GTEST_GUI_APPLICATION
     // Run directly as well as from ctest: no display is needed to paint into images. Windows

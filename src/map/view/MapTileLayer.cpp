@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include <unistd.h>
+
 namespace {
 
 // Finer cached tiles stand in for a missing one only up to this ratio of scales: beyond it a
@@ -37,6 +39,22 @@ void cancelUnwanted(std::unordered_set<TileKey, TileKeyHash> &pending, TileSourc
 }
 
 } // namespace
+
+qint64 MapTileLayer::cacheBytesFor(qint64 physicalMemoryBytes)
+{
+    return std::clamp(physicalMemoryBytes / 64, fullCacheBytes / 4, fullCacheBytes);
+}
+
+qint64 MapTileLayer::defaultCacheBytes()
+{
+    static const qint64 bytes = [] {
+        const long pages = sysconf(_SC_PHYS_PAGES);
+        const long pageSize = sysconf(_SC_PAGESIZE);
+        // Unknown memory: assume a small board rather than a large desktop.
+        return cacheBytesFor(pages > 0 && pageSize > 0 ? qint64(pages) * pageSize : 0);
+    }();
+    return bytes;
+}
 
 MapTileLayer::MapTileLayer(std::unique_ptr<TileSource> source, bool opaque, qint64 cacheBytes,
                            QObject *parent)

@@ -31,14 +31,19 @@ class MapTileLayer : public QObject
     Q_OBJECT
 
 public:
-    // Each layer's share: the basemap and the grid together keep within 128 MiB, unless the
-    // window is so large that two views' worth of tiles need more.
-    static constexpr qint64 defaultCacheBytes = qint64(64) << 20;
+    // Each layer's share on a machine of 4 GiB or more: the basemap and the grid together keep
+    // within 128 MiB, unless the window is so large that two views' worth of tiles need more.
+    static constexpr qint64 fullCacheBytes = qint64(64) << 20;
+    // The share on a machine with that much memory: a sixty-fourth of it, between a quarter of
+    // the full share (a 1 GiB board) and the full share.
+    static qint64 cacheBytesFor(qint64 physicalMemoryBytes);
+    // The share on this machine.
+    static qint64 defaultCacheBytes();
 
     // opaque: tiles cover everything beneath them, so several fallback scales may be stacked;
     // a translucent layer shows one fallback scale only, lest lines appear twice.
     MapTileLayer(std::unique_ptr<TileSource> source, bool opaque,
-                 qint64 cacheBytes = defaultCacheBytes, QObject *parent = nullptr);
+                 qint64 cacheBytes = defaultCacheBytes(), QObject *parent = nullptr);
     ~MapTileLayer() override;
 
     // Draws tiles the source fails on with this one instead (an online layer's basemap).

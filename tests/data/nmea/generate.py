@@ -155,3 +155,9 @@ write("joined-sessions.nmea",
 write("across-midnight.nmea",
       [line for t, k in steps(4, 12 * 3600 - 0.4) for line in
        good(t, k, date="010624" if t < 24 * 3600 else "020624")])
+
+# A minute's drive at 1 Hz, north-east out of Seattle at 60 km/h, for the handheld benchmark.
+step = 60 / 3.6 / 111_200 / 2 ** 0.5
+write("seattle-drive-minute.nmea",
+      [line for second in range(60)
+       for line in fix(second, 47.6205 + second * step, -122.3493 + second * step / 0.674, 0.9)])

@@ -244,6 +244,19 @@ TEST(MapTileLayer, ATileNobodyCanDrawDoesNotHoldTheViewBack)
 
 // ---- memory -------------------------------------------------------------------------------------
 
+TEST(MapTileLayer, TheCacheBudgetFollowsTheMachinesMemory)
+{
+    constexpr qint64 MiB = qint64(1) << 20;
+    // Physical memory, and each layer's share: a quarter on a 1 GiB board, the full 64 MiB from
+    // 4 GiB, never below the quarter when memory is unknown.
+    const std::pair<qint64, qint64> machines[] = {
+        {0, 16 * MiB},      {512 * MiB, 16 * MiB},   {1024 * MiB, 16 * MiB},
+        {2048 * MiB, 32 * MiB}, {4096 * MiB, 64 * MiB}, {24576 * MiB, 64 * MiB}};
+    for (const auto &[memory, share] : machines)
+        EXPECT_EQ(MapTileLayer::cacheBytesFor(memory), share) << memory / MiB << " MiB";
+    EXPECT_GE(MapTileLayer::defaultCacheBytes(), MapTileLayer::fullCacheBytes / 4);
+}
+
 TEST(MapTileLayer, ALongPanKeepsTheCacheWithinItsBoundAndTheViewDrawn)
 {
     // Room for two screens of 256-pixel tiles, no more.
