@@ -5,6 +5,7 @@
 #include "LocationTrackingSystem.h"
 #include "MapSource.h"
 #include "MbtilesCheck.h"
+#include "OfflineBasemapSource.h"
 #include "PreferencesSystem.h"
 #include "StationGridPublisher.h"
 #include "TargetSystem.h"
@@ -43,6 +44,8 @@ int AppWindow::start(const AppCommandLine &commandLine)
     // The shared systems come into being here, in this order, before any screen touches them:
     // the store the command line names, the settings over it, the point, the target, tracking
     // with the command line's GPS source; then what listens to them.
+    // The offline map takes a tenth of a second to read: read it while the rest starts.
+    m_basemapPreload = std::jthread(preloadOfflineBasemap);
     if (commandLine.settingsFile)
         UserDefaults::setStandardFileName(*commandLine.settingsFile);
     UserDefaults &defaults = UserDefaults::standardUserDefaults();

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <memory>
+#include <thread>
 
 class QQuickWindow;
 
@@ -31,6 +32,8 @@ private:
     // Runs ready once the window says it has settled (panels filled, every map tile drawn).
     void whenSettled(QQuickWindow *window, std::function<void()> ready);
 
+    // Reads the offline map while the screens are made; it touches only the map's own data.
+    std::jthread m_basemapPreload;
     Localization m_localization;
     QuitSignalWatcher m_quitSignals;
     // Made once the shared systems read the right settings file.
