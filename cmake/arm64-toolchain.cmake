@@ -12,10 +12,10 @@ set(QT_HOST_PATH /usr CACHE PATH "")
 set(QT_HOST_PATH_CMAKE_DIR /usr/lib/x86_64-linux-gnu/cmake CACHE PATH "")
 set(CMAKE_CROSSCOMPILING_EMULATOR /usr/bin/qemu-aarch64-static)
 # Debian's GeographicLib -dev package cannot be installed for two architectures at once, so
-# beside the native one this links the arm64 library by a pkg-config file of its own; the
-# headers are the same on every architecture.
+# this links the arm64 library by a pkg-config file of its own, whichever -dev is installed;
+# the headers are the same on every architecture.
 set(_arm64_lib /usr/lib/aarch64-linux-gnu)
-if(NOT EXISTS ${_arm64_lib}/pkgconfig/geographiclib.pc AND EXISTS ${_arm64_lib}/libGeographicLib.so.23)
+if(EXISTS ${_arm64_lib}/libGeographicLib.so.23)
     # Made once, in the build tree; the checks CMake compiles on the way read this file again
     # from trees of their own.
     if(NOT DEFINED ENV{VELTOR_ARM64_GEOGRAPHICLIB})
