@@ -6,6 +6,7 @@
 #include "ReadoutFit.h"
 #include "UserDefaults.h"
 
+#include <QPluginLoader>
 #include <QQmlComponent>
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -104,6 +105,9 @@ private:
 private slots:
     void initTestCase()
     {
+        // The module's plugin object is made here, on this thread, before any engine's type
+        // loader thread asks for it: Qt joins those threads where ThreadSanitizer cannot see.
+        QVERIFY(!QPluginLoader::staticInstances().isEmpty());
         QStandardPaths::setTestModeEnabled(true);
         UserDefaults::setStandardFileName(m_home.filePath(QStringLiteral("veltor.ini")));
         // A replayed log, so no platform positioning plugin is asked for anything.
