@@ -35,12 +35,7 @@ AppearanceSchedule::AppearanceSchedule(PreferencesSystem &preferences,
     // A live fix arrives up to ten times a second: one sun position each is cheap, and only a
     // change of day and night looks for the next crossing again.
     connect(&m_state, &ApplicationStateSystem::coordinateChanged, this, [this] {
-        if (m_preferences.appearance() != Appearance::Automatic)
-            return;
-        const Appearance now = SolarPosition::isCivilNight(m_clock(), m_state.coordinate())
-            ? Appearance::Night
-            : Appearance::Day;
-        if (now != m_appearance)
+        if (m_preferences.appearance() == Appearance::Automatic && bySun() != m_appearance)
             update();
     });
     update();
@@ -49,16 +44,18 @@ AppearanceSchedule::AppearanceSchedule(PreferencesSystem &preferences,
 void AppearanceSchedule::update()
 {
     const Appearance chosen = m_preferences.appearance();
-    Appearance shown = chosen;
-    if (chosen == Appearance::Automatic) {
-        shown = SolarPosition::isCivilNight(m_clock(), m_state.coordinate()) ? Appearance::Night
-                                                                            : Appearance::Day;
-    }
+    const Appearance shown = chosen == Appearance::Automatic ? bySun() : chosen;
     reschedule();
     if (shown == m_appearance)
         return;
     m_appearance = shown;
     emit appearanceChanged();
+}
+
+Appearance AppearanceSchedule::bySun() const
+{
+    return SolarPosition::isCivilNight(m_clock(), m_state.coordinate()) ? Appearance::Night
+                                                                        : Appearance::Day;
 }
 
 void AppearanceSchedule::reschedule()

@@ -44,6 +44,8 @@ signals:
     void appearanceChanged();
 
 private:
+    // Night or day as the sun stands now at the point.
+    Appearance bySun() const;
     void reschedule();
 
     PreferencesSystem &m_preferences;
