@@ -311,21 +311,25 @@ private:
             const MapRect box = boxAt(place, textOnLeft, z);
             if (!insideWorld(box))
                 continue;
-            const auto blocks = [&](std::uint32_t other) {
-                const State state = load(other);
-                return (state == Right || state == Left) &&
-                       boxAt(other, state == Left, z).intersects(box);
-            };
-            if (std::any_of(m_neighbours.begin(), m_neighbours.end(), blocks))
-                continue;
-            bool waiting = false;
+            // Each neighbour's state is read once: another thread may decide it meanwhile, and
+            // a name read as undecided must not then be passed over as decided elsewhere.
+            const std::size_t stacked = m_stack.size();
+            bool blocked = false;
             for (const std::uint32_t other : m_neighbours) {
-                if (load(other) == Unknown && eitherBox(other).intersects(box)) {
-                    m_stack.push_back(other);
-                    waiting = true;
+                const State state = load(other);
+                if ((state == Right || state == Left) &&
+                    boxAt(other, state == Left, z).intersects(box)) {
+                    blocked = true;
+                    break;
                 }
+                if (state == Unknown && eitherBox(other).intersects(box))
+                    m_stack.push_back(other);
             }
-            if (waiting)
+            if (blocked) {
+                m_stack.resize(stacked);
+                continue;
+            }
+            if (m_stack.size() > stacked)
                 return std::nullopt;
             if (!meetsGridPlate(box, z))
                 return textOnLeft ? Left : Right;
