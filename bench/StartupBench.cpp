@@ -1,7 +1,8 @@
 // Start-up as a user meets it: the time from starting the app's process to its first complete
 // frame (the panels filled, every map tile of the view drawn), on a phone-sized window at the
-// sample point. The app quits at that frame (--exit-when-ready); the wall time of the whole
-// process is reported. Goal: 400 ms on 2 cores.
+// sample point. The app says "ready" on standard output at that frame and quits
+// (--exit-when-ready); the time to that line is reported, and the whole process's, with its
+// quitting, as "exit_ms". Goal: 250 ms on 2 cores.
 
 #include <benchmark/benchmark.h>
 
@@ -22,23 +23,30 @@ void startup(benchmark::State &state)
     environment.insert(QStringLiteral("QT_QUICK_BACKEND"), QStringLiteral("software"));
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home.path());
     environment.insert(QStringLiteral("XDG_CACHE_HOME"), home.path());
-    const QStringList arguments{QStringLiteral("--settings"),
-                                home.filePath(QStringLiteral("veltor.ini")),
-                                QStringLiteral("--size"), QStringLiteral("390x844"),
-                                QStringLiteral("--idiom"), QStringLiteral("phone"),
-                                QStringLiteral("--exit-when-ready")};
+    const QStringList arguments{
+        QStringLiteral("--settings"),       home.filePath(QStringLiteral("veltor.ini")),
+        QStringLiteral("--size"),           QStringLiteral("390x844"),
+        QStringLiteral("--idiom"),          QStringLiteral("phone"),
+        QStringLiteral("--exit-when-ready")};
+    double exitSeconds = 0.0;
     for (auto _ : state) {
         QProcess app;
         app.setProcessEnvironment(environment);
         QElapsedTimer clock;
         clock.start();
         app.start(QStringLiteral(VELTOR_APP_PATH), arguments);
-        if (!app.waitForFinished(30000) || app.exitCode() != 0) {
+        qint64 ready = -1;
+        while (ready < 0 && app.waitForReadyRead(30000))
+            if (app.canReadLine() && app.readLine().startsWith("ready"))
+                ready = clock.nsecsElapsed();
+        if (ready < 0 || !app.waitForFinished(30000) || app.exitCode() != 0) {
             state.SkipWithError("the app did not reach its first frame");
             return;
         }
-        state.SetIterationTime(double(clock.nsecsElapsed()) * 1e-9);
+        state.SetIterationTime(double(ready) * 1e-9);
+        exitSeconds += double(clock.nsecsElapsed()) * 1e-9;
     }
+    state.counters["exit_ms"] = 1000.0 * exitSeconds / double(state.iterations());
 }
 
 BENCHMARK(startup)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(9)->Repetitions(1);

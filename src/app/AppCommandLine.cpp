@@ -57,7 +57,9 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
         QStringLiteral("Fill the screen (car and kiosk screens); F11 switches back and forth."));
     QCommandLineOption exitWhenReadyOption(
         QStringLiteral("exit-when-ready"),
-        QStringLiteral("Quit as soon as the first complete frame is shown (start-up benchmark)."));
+        QStringLiteral(
+            "Write \"ready\" to standard output when the first complete frame is shown, and quit "
+            "(start-up benchmark)."));
     exitWhenReadyOption.setFlags(QCommandLineOption::HiddenFromHelp);
     const QCommandLineOption zoomOption(
         QStringLiteral("zoom"),
@@ -195,8 +197,8 @@ AppCommandLine AppCommandLine::parse(const QStringList &arguments)
         const QString file = parser.value(settingsOption);
         const QFileInfo info(file);
         if (info.exists() && !info.isFile())
-            return usageError(
-                QStringLiteral("--settings %1: not a regular file").arg(file), parser);
+            return usageError(QStringLiteral("--settings %1: not a regular file").arg(file),
+                              parser);
         result.settingsFile = file;
     }
     result.track = parser.isSet(trackOption);

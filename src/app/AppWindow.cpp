@@ -44,8 +44,8 @@ int AppWindow::start(const AppCommandLine &commandLine)
     // The shared systems come into being here, in this order, before any screen touches them:
     // the store the command line names, the settings over it, the point, the target, tracking
     // with the command line's GPS source; then what listens to them.
-    // The offline map takes a tenth of a second to read: read it while the rest starts.
-    m_basemapPreload = std::jthread(preloadOfflineBasemap);
+    // The offline map's data takes a while to read and lay out: done while the rest starts.
+    m_basemapPreload = std::jthread(offlineBasemapPreload(commandLine.zoomLevel));
     if (commandLine.settingsFile)
         UserDefaults::setStandardFileName(*commandLine.settingsFile);
     UserDefaults &defaults = UserDefaults::standardUserDefaults();
@@ -60,16 +60,14 @@ int AppWindow::start(const AppCommandLine &commandLine)
         if (commandLine.tileAttribution)
             source.attribution = *commandLine.tileAttribution;
         mapFileCheck = new MbtilesCheck(source.path, this);
-        connect(mapFileCheck, &MbtilesCheck::finished, this,
-                [&preferences, source, mapFileCheck] {
-                    if (mapFileCheck->result().metadata)
-                        preferences.setMapSource(source);
-                    else
-                        std::fprintf(stderr, "veltor: --tiles %s: %s\n",
-                                     qPrintable(source.path),
-                                     qPrintable(mapFileCheck->result().error));
-                    mapFileCheck->deleteLater();
-                });
+        connect(mapFileCheck, &MbtilesCheck::finished, this, [&preferences, source, mapFileCheck] {
+            if (mapFileCheck->result().metadata)
+                preferences.setMapSource(source);
+            else
+                std::fprintf(stderr, "veltor: --tiles %s: %s\n", qPrintable(source.path),
+                             qPrintable(mapFileCheck->result().error));
+            mapFileCheck->deleteLater();
+        });
     } else if (commandLine.tileTemplate || commandLine.tileAttribution) {
         MapSource source = preferences.mapSource();
         if (commandLine.tileTemplate) {
@@ -155,7 +153,12 @@ int AppWindow::start(const AppCommandLine &commandLine)
         if (file)
             takeScreenshot(window, *file);
         else if (exitWhenReady)
-            whenSettled(window, [] { QCoreApplication::exit(0); });
+            whenSettled(window, [] {
+                // The moment a benchmark times; quitting takes a while longer.
+                std::fputs("ready\n", stdout);
+                std::fflush(stdout);
+                QCoreApplication::exit(0);
+            });
     };
     if (mapFileCheck)
         connect(mapFileCheck, &MbtilesCheck::finished, this, whenReady);
@@ -200,16 +203,19 @@ void AppWindow::takeScreenshot(QQuickWindow *window, const QString &file)
 
 void AppWindow::whenSettled(QQuickWindow *window, std::function<void()> ready)
 {
-    // The window's "settled" is a QML property: watch it on a short poll once frames flow.
+    // The window's "settled" is a QML property. The first frame swapped while it holds is the
+    // first complete one; a short poll covers a window that settles with nothing left to draw.
     auto *poll = new QTimer(this);
     poll->setInterval(10);
-    connect(poll, &QTimer::timeout, this, [window, poll, ready = std::move(ready)] {
-        if (!window->property("settled").toBool())
+    const auto check = [window, poll, ready = std::move(ready)] {
+        if (!poll->isActive() || !window->property("settled").toBool())
             return;
         poll->stop();
         poll->deleteLater();
         ready();
-    });
+    };
+    connect(poll, &QTimer::timeout, this, check);
     connect(window, &QQuickWindow::frameSwapped, poll, qOverload<>(&QTimer::start),
             Qt::SingleShotConnection);
+    connect(window, &QQuickWindow::frameSwapped, poll, check);
 }

@@ -385,11 +385,33 @@ const PlaceLabelLayout::Metrics &PlaceLabelLayout::metrics() const
             metrics->places = PlaceIndex::fromEntries({});
         const PlaceIndex &places = *metrics->places;
 
-        std::optional<QFontMetricsF> fonts[fontCount];
-        QHash<char32_t, double> advances[fontCount];
+        // Sizes scale one measurement at layoutPixelSize, so only plain and bold are measured.
+        // Most names are written in alphabets below U+0800: a table for those, a hash for CJK
+        // and the rest. A negative width is one not measured yet.
+        constexpr int weightCount = 2;
+        constexpr char32_t tabled = 0x800;
+        std::optional<QFontMetricsF> fonts[weightCount];
+        std::vector<double> common[weightCount];
+        QHash<char32_t, double> advances[weightCount];
+        for (int w = 0; w < weightCount; ++w) {
+            fonts[w].emplace(placeFont(m_fontFamily, w));
+            common[w].assign(tabled, -1.0);
+        }
+        const auto advance = [&](int w, char32_t c) {
+            if (c < tabled) {
+                double &width = common[w][c];
+                if (width < 0.0)
+                    width = fonts[w]->horizontalAdvance(QString::fromUcs4(&c, 1));
+                return width;
+            }
+            auto it = advances[w].find(c);
+            if (it == advances[w].end())
+                it = advances[w].insert(c, fonts[w]->horizontalAdvance(QString::fromUcs4(&c, 1)));
+            return *it;
+        };
         for (int f = 0; f < fontCount; ++f) {
-            fonts[f].emplace(placeFont(m_fontFamily, f));
-            metrics->textHeight[f] = fonts[f]->height() * fontSizes[f / 2] / layoutPixelSize;
+            metrics->textHeight[f] =
+                fonts[f % weightCount]->height() * fontSizes[f / 2] / layoutPixelSize;
             metrics->reachY = std::max(metrics->reachY, metrics->textHeight[f] * 0.5 + boxPadding);
         }
         metrics->textWidths.resize(places.size());
@@ -405,11 +427,7 @@ const PlaceLabelLayout::Metrics &PlaceLabelLayout::metrics() const
                     c = QChar::surrogateToUcs4(name[k], name[k + 1]);
                     ++k;
                 }
-                auto it = advances[f].find(c);
-                if (it == advances[f].end())
-                    it = advances[f].insert(c,
-                                            fonts[f]->horizontalAdvance(QString::fromUcs4(&c, 1)));
-                width += *it;
+                width += advance(f % weightCount, c);
             }
             width *= fontSizes[f / 2] / layoutPixelSize;
             metrics->fonts[i] = std::uint8_t(f);
@@ -477,6 +495,12 @@ std::shared_ptr<const PlaceLabelLayout::Level> PlaceLabelLayout::level(int zoomL
     return level;
 }
 
+void PlaceLabelLayout::prepare(double zoomScale) const
+{
+    if (zoomScale > 0.0 && std::isfinite(zoomScale))
+        level(zoomLevelFor(zoomScale));
+}
+
 std::vector<PlaceLabel> PlaceLabelLayout::labelsIn(const MapRect &rect, double zoomScale) const
 {
     if (!isUsable(rect, zoomScale))
@@ -507,8 +531,7 @@ std::vector<PlaceLabel> PlaceLabelLayout::labelsIn(const MapRect &rect, double z
     return labels;
 }
 
-std::vector<MapRect> PlaceLabelLayout::gridPlatesMeeting(const MapRect &box,
-                                                         double zoomScale) const
+std::vector<MapRect> PlaceLabelLayout::gridPlatesMeeting(const MapRect &box, double zoomScale) const
 {
     std::vector<MapRect> plates;
     if (!isUsable(box, zoomScale))

@@ -61,11 +61,20 @@ public:
     static int zoomLevelFor(double zoomScale);
 
     // Which names a drawing takes: those under the grid, those over it, or every one.
-    enum class Layer { UnderGrid, OverGrid, All };
+    enum class Layer
+    {
+        UnderGrid,
+        OverGrid,
+        All
+    };
 
     // Whether a place's name goes over the grid's labels at a whole zoom level: from 50,000
     // people at level 11, twice that a level out, half a level in.
     static bool standsOverGrid(const PlaceIndex::Place &place, int zoomLevel);
+
+    // Measures the names and sorts the candidates of a zoom scale's level ahead of the first
+    // drawing there, which then need not wait for them.
+    void prepare(double zoomScale) const;
 
     // Every name shown at the zoom scale whose box meets the rectangle, biggest place first.
     std::vector<PlaceLabel> labelsIn(const MapRect &rect, double zoomScale) const;
@@ -78,8 +87,7 @@ public:
     // to device pixels by scaling and moving only (tileTransform); names go on whole device
     // pixels of the world, so neighbouring tiles join them seamlessly.
     void drawMapRect(const MapRect &rect, double zoomScale, QPainter &painter,
-                     const MapPalette &palette = MapPalette::day(),
-                     Layer layer = Layer::All) const;
+                     const MapPalette &palette = MapPalette::day(), Layer layer = Layer::All) const;
 
     // The index the names come from; loads the embedded one if that is still to come.
     const PlaceIndex &places() const;

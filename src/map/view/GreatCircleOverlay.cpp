@@ -13,6 +13,9 @@ GreatCircleOverlay::GreatCircleOverlay(QQuickItem *parent) : QQuickPaintedItem(p
     // Drawn over the map, never in the way of a touch on it.
     setAcceptedMouseButtons(Qt::NoButton);
     setAntialiasing(true);
+    // Without a target there is nothing to draw, and a painted item would still fill and upload
+    // a transparent picture the size of the map on every change of the view.
+    setFlag(ItemHasContents, false);
 }
 
 void GreatCircleOverlay::setMap(MapView *map)
@@ -42,6 +45,7 @@ void GreatCircleOverlay::setActive(bool active)
     if (m_active == active)
         return;
     m_active = active;
+    setFlag(ItemHasContents, active);
     rebuild();
 }
 

@@ -154,6 +154,9 @@ void MapViewNode::dropTextures()
     for (auto &[key, texture] : m_textures)
         delete texture.texture;
     m_textures.clear();
+    // A new texture may come at an old one's address, which addImage would take as unchanged.
+    for (QSGImageNode *node : m_images)
+        node->markDirty(QSGNode::DirtyMaterial);
 }
 
 QSGTexture *MapViewNode::textureFor(const QImage &image, bool filtered)
@@ -181,11 +184,18 @@ void MapViewNode::addImage(const QImage &image, const QRectF &target, const QRec
     const bool reused = m_used < m_images.size();
     QSGImageNode *node = reused ? m_images[m_used] : m_window->createImageNode();
     ++m_used;
-    node->setOwnsTexture(false);
-    node->setTexture(texture);
-    node->setFiltering(QSGTexture::Linear);
-    node->setRect(target);
-    node->setSourceRect(source);
+    if (!reused) {
+        node->setOwnsTexture(false);
+        node->setFiltering(QSGTexture::Linear);
+    }
+    // A setter marks its node dirty even when nothing changes, and a dirty node is painted
+    // again: set only what differs, so a dropping pin repaints the pin and not every tile.
+    if (node->texture() != texture)
+        node->setTexture(texture);
+    if (node->rect() != target)
+        node->setRect(target);
+    if (node->sourceRect() != source)
+        node->setSourceRect(source);
     // Only a complete node may join the tree: the software renderer reads it at once.
     if (!reused) {
         appendChildNode(node);
