@@ -226,6 +226,14 @@ TEST_F(PlaceLabels, SameNamesWhicheverTileAndThreadComesFirst)
         std::sort(result.begin(), result.end());
     for (const QStringList &result : results)
         EXPECT_EQ(result, expected);
+
+    // As at start-up: the first region's level prepared on another thread before any drawing.
+    const PlaceLabelLayout prepared(PlaceIndex::shared(), grid);
+    std::jthread([&] { prepared.prepare(zoomScaleOf(regions[0][0])); }).join();
+    EXPECT_EQ(prepared.cachedLevelCount(), 1u);
+    QStringList early = tiles(prepared, 0, 1);
+    std::sort(early.begin(), early.end());
+    EXPECT_EQ(early, expected);
 }
 
 TEST_F(PlaceLabels, LakesShowAsWaterOverTheLand)
@@ -255,6 +263,10 @@ TEST_F(PlaceLabels, NonsenseGivesNoNamesAndDamagedFilesNoIndex)
         EXPECT_TRUE(layout->labelsIn(rect, z).empty());
     EXPECT_TRUE(layout->labelsIn({0, 0, 0, 0}, zoomScaleForLevel(8)).empty());
     EXPECT_TRUE(layout->labelsIn({std::nan(""), 0, 1, 1}, zoomScaleForLevel(8)).empty());
+    const PlaceLabelLayout unprepared(PlaceIndex::shared(), VeltorGridOverlayRenderer());
+    for (const double z : {0.0, -1.0, std::nan(""), double(INFINITY)})
+        unprepared.prepare(z);
+    EXPECT_EQ(unprepared.cachedLevelCount(), 0u);
 
     // qUncompress warns about the damaged streams given to it on purpose.
     previousHandler = qInstallMessageHandler(
