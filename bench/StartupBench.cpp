@@ -1,13 +1,14 @@
 // Start-up as a user meets it: the time from starting the app's process to its first complete
 // frame (the panels filled, every map tile of the view drawn), on a phone-sized window at the
-// sample point. The app says "ready" on standard output at that frame and quits
-// (--exit-when-ready); the time to that line is reported, and the whole process's, with its
-// quitting, as "exit_ms". Goal: 250 ms on 2 cores.
+// sample point, past the first-run card. The app says "ready" on standard output at that frame
+// and quits (--exit-when-ready); the time to that line is reported, and the whole process's,
+// with its quitting, as "exit_ms". Goal: 250 ms on 2 cores.
 
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -18,6 +19,14 @@ namespace {
 void startup(benchmark::State &state)
 {
     const QTemporaryDir home;
+    // Past the first-run card, as every start but the first.
+    QFile settings(home.filePath(QStringLiteral("veltor.ini")));
+    if (!settings.open(QIODevice::WriteOnly) ||
+        settings.write("[General]\nWelcomeDismissed=true\n") < 0) {
+        state.SkipWithError("cannot write the settings file");
+        return;
+    }
+    settings.close();
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     environment.insert(QStringLiteral("QT_QUICK_BACKEND"), QStringLiteral("software"));
