@@ -253,7 +253,8 @@ public:
     // the box.
     bool meetsGridPlate(const MapRect &box, double zoomScale)
     {
-        return forEachGridPlateMeeting(box, zoomScale, [](const MapRect &) { return true; });
+        return forEachGridPlateMeeting(box, zoomScale,
+                                       [](const VeltorGrid::LabelPlacement &) { return true; });
     }
 
     // Visits the grid's label plates that meet the box until the visitor returns true; whether
@@ -272,8 +273,9 @@ public:
                                VeltorGrid::rowLines(reach, zoomScale, divisions), m_formatter)) {
             const MapSize text{m_metrics.gridTextWidth(cell.label) * scale,
                                m_metrics.gridTextHeight * scale};
-            const MapRect plate = VeltorGrid::placeLabel(cell.centre, text, zoomScale).plateRect;
-            if (plate.intersects(box) && visit(plate))
+            const VeltorGrid::LabelPlacement placement =
+                VeltorGrid::placeLabel(cell.centre, text, zoomScale);
+            if (placement.plateRect.intersects(box) && visit(placement))
                 return true;
         }
         return false;
@@ -538,10 +540,12 @@ std::vector<MapRect> PlaceLabelLayout::gridPlatesMeeting(const MapRect &box, dou
         return plates;
     const Metrics &metrics = this->metrics();
     Evaluation evaluation(metrics, *level(zoomLevelFor(zoomScale)));
-    evaluation.forEachGridPlateMeeting(box, zoomScale, [&](const MapRect &plate) {
-        plates.push_back(plate);
-        return false;
-    });
+    evaluation.forEachGridPlateMeeting(box, zoomScale,
+                                       [&](const VeltorGrid::LabelPlacement &placement) {
+                                           if (placement.textRect.intersects(box))
+                                               plates.push_back(placement.plateRect);
+                                           return false;
+                                       });
     return plates;
 }
 

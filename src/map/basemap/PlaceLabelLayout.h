@@ -79,8 +79,9 @@ public:
     // Every name shown at the zoom scale whose box meets the rectangle, biggest place first.
     std::vector<PlaceLabel> labelsIn(const MapRect &rect, double zoomScale) const;
 
-    // The plates of the grid's labels, as the grid places them at the zoom scale, that meet the
-    // box: what a name over the grid must cover to be read.
+    // The plates of the grid's labels, as the grid places them at the zoom scale, whose text the
+    // box meets: what a name over the grid must cover to be read. A plate whose margin alone
+    // meets it stays, its label whole beside the name.
     std::vector<MapRect> gridPlatesMeeting(const MapRect &box, double zoomScale) const;
 
     // Draws the names of the layer whose boxes meet the rectangle. The painter maps map points

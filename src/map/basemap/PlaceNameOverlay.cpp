@@ -38,9 +38,11 @@ QImage PlaceNameOverlay::renderTile(const MapRect &rect, double zoomScale, doubl
         for (const PlaceLabel &label : m_layout->labelsIn(rect, zoomScale)) {
             if (!label.overGrid)
                 continue;
-            for (const MapRect &covered : m_layout->gridPlatesMeeting(label.box, zoomScale))
+            // The name's plate is its halo'd ink; the room kept around it covers nothing.
+            const MapRect own = label.box.insetBy(inset, inset);
+            for (const MapRect &covered : m_layout->gridPlatesMeeting(own, zoomScale))
                 plate(covered.insetBy(-inset / 2, -inset / 2));
-            plate(label.box.insetBy(inset, inset));
+            plate(own);
         }
         m_layout->drawMapRect(rect, zoomScale, painter, m_palette,
                               PlaceLabelLayout::Layer::OverGrid);
