@@ -1,14 +1,13 @@
 #include "AdifLocation.h"
 
+#include "AsciiCharacters.h"
+
 #include <cmath>
 #include <cstdio>
 
 namespace {
 
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
+using AsciiCharacters::isDigit;
 
 int digits(std::string_view text)
 {

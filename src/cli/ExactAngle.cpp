@@ -1,16 +1,15 @@
 #include "ExactAngle.h"
 
+#include "AsciiCharacters.h"
+
 #include <algorithm>
 
 namespace {
 
+using AsciiCharacters::isDigit;
+
 // Beyond every angle in any unit, yet far from overflowing when multiplied up.
 constexpr long long wholeCap = 1'000'000'000LL;
-
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
 
 bool allDigits(std::string_view text)
 {
@@ -84,7 +83,8 @@ std::optional<ExactAngle> ExactAngle::fromDecimal(std::string_view text)
     }
     const std::size_t point = text.find('.');
     std::string whole(text.substr(0, point));
-    std::string fraction(point == std::string_view::npos ? std::string_view() : text.substr(point + 1));
+    std::string fraction(point == std::string_view::npos ? std::string_view()
+                                                         : text.substr(point + 1));
     if ((whole.empty() && fraction.empty()) || !allDigits(whole) || !allDigits(fraction))
         return std::nullopt;
     // Move the point as the exponent says.

@@ -1,6 +1,7 @@
 #include "LocateCommand.h"
 
 #include "AdifRewriter.h"
+#include "AsciiCharacters.h"
 #include "ContestDistance.h"
 #include "CoordinateFormatter.h"
 #include "DoubleValue.h"
@@ -20,14 +21,11 @@
 
 namespace {
 
+using AsciiCharacters::isBlank;
+
 constexpr std::string_view degreeMark = "°";
 constexpr std::string_view minuteMark = "′";
 constexpr std::string_view secondMark = "″";
-
-bool isBlank(char c)
-{
-    return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\v' || c == '\f';
-}
 
 std::string_view trimmed(std::string_view text)
 {
@@ -361,17 +359,17 @@ bool LocateCommand::appendLine(const Point &point, std::string &out, std::string
         return false;
     }
     char locator[VeltorFormatter::maximumEncodedLength];
-    const int length =
-        point.exact ? ExactLocator::encode(point.exact->first, point.exact->second, m_options.chars,
-                                           locator)
-                    : VeltorFormatter::encode(point.coordinate, m_options.chars, locator);
+    const int length = point.exact
+                           ? ExactLocator::encode(point.exact->first, point.exact->second,
+                                                  m_options.chars, locator)
+                           : VeltorFormatter::encode(point.coordinate, m_options.chars, locator);
     out.append(locator, std::size_t(length));
     out += '\t';
     CoordinateFormatter::appendDegrees(out, notation, CoordinateFormatter::Form::Display, latitude,
                                        latitude < 0 ? "S" : "N");
     out += '\t';
-    CoordinateFormatter::appendDegrees(out, notation, CoordinateFormatter::Form::Display,
-                                       longitude, longitude < 0 ? "W" : "E");
+    CoordinateFormatter::appendDegrees(out, notation, CoordinateFormatter::Form::Display, longitude,
+                                       longitude < 0 ? "W" : "E");
     out += '\t';
     appendShortest(out, latitude);
     out += '\t';
@@ -393,7 +391,7 @@ bool LocateCommand::appendLine(const Point &point, std::string &out, std::string
 }
 
 std::optional<LocateCommand::Point> LocateCommand::coordinatePoint(std::string_view query,
-                                                                  std::string &error) const
+                                                                   std::string &error) const
 {
     if (hasNotationMarks(query)) {
         if (m_options.lenient) {
@@ -464,7 +462,7 @@ std::optional<LocateCommand::Point> LocateCommand::coordinatePoint(std::string_v
 }
 
 std::optional<Coordinate> LocateCommand::strictLocatorPoint(std::string_view locator,
-                                                           std::string &error)
+                                                            std::string &error)
 {
     if (locator.size() < 2 || locator.size() > 12 || locator.size() % 2 != 0) {
         error += "a grid locator has 2, 4, 6, 8, 10 or 12 characters";
@@ -486,7 +484,7 @@ std::optional<Coordinate> LocateCommand::strictLocatorPoint(std::string_view loc
 }
 
 std::optional<LocateCommand::Point> LocateCommand::locatorPoint(std::string_view query,
-                                                               std::string &error) const
+                                                                std::string &error) const
 {
     const std::optional<Coordinate> centre =
         m_options.lenient ? VeltorFormatter::decode(query) : strictLocatorPoint(query, error);
@@ -534,7 +532,7 @@ int LocateCommand::run(std::FILE *input, std::FILE *output, std::FILE *errors) c
         if (file.empty() || file == "-")
             return rewriter.run(input, output, errors);
         const std::unique_ptr<std::FILE, int (*)(std::FILE *)> log(std::fopen(file.c_str(), "rb"),
-                                                                  std::fclose);
+                                                                   std::fclose);
         if (!log) {
             std::fprintf(errors, "veltor-locate: cannot read %s: %s\n", file.c_str(),
                          std::strerror(errno));

@@ -1,5 +1,7 @@
 #include "DoubleValue.h"
 
+#include "AsciiCharacters.h"
+
 #include <QByteArray>
 
 #include <charconv>
@@ -8,15 +10,8 @@
 
 namespace {
 
-bool isBlank(char c)
-{
-    return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
-}
-
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
+using AsciiCharacters::isBlank;
+using AsciiCharacters::isDigit;
 
 bool startsWithWord(std::string_view text, std::size_t at, std::string_view word)
 {
@@ -36,7 +31,13 @@ struct Scan
     std::size_t numberBegin = 0; // first character after the sign
     std::size_t end = 0;         // one past the prefix; 0 when there is no number
     bool negative = false;
-    enum class Kind { None, Finite, Infinite, NotANumber } kind = Kind::None;
+    enum class Kind
+    {
+        None,
+        Finite,
+        Infinite,
+        NotANumber
+    } kind = Kind::None;
 };
 
 Scan scan(std::string_view text)
@@ -123,8 +124,8 @@ double doubleValue(std::string_view text)
         if (result.ec == std::errc::result_out_of_range) {
             const std::string_view number(first, std::size_t(last - first));
             const std::size_t e = number.find_first_of("eE");
-            const bool underflow = e != std::string_view::npos && e + 1 < number.size() &&
-                                   number[e + 1] == '-';
+            const bool underflow =
+                e != std::string_view::npos && e + 1 < number.size() && number[e + 1] == '-';
             magnitude = underflow ? 0.0 : std::numeric_limits<double>::infinity();
         }
         break;

@@ -1,13 +1,12 @@
 #include "NmeaSentence.h"
 
+#include "AsciiCharacters.h"
+
 #include <cmath>
 
 namespace {
 
-bool isDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
+using AsciiCharacters::isDigit;
 
 int hexDigit(char c)
 {
