@@ -1,11 +1,27 @@
 #include "FieldToolsController.h"
 
+#include "ApplicationStateSystem.h"
+#include "LocationTrackingSystem.h"
+#include "PreferencesSystem.h"
 #include "StationGridPublisher.h"
+#include "TargetSystem.h"
 
 #include <QStringList>
 
 FieldToolsController::FieldToolsController(QObject *parent)
-    : QObject(parent), m_feed(StationGridPublisher::sharedSystem().gridSender())
+    : FieldToolsController(ApplicationStateSystem::sharedSystem(),
+                           PreferencesSystem::sharedSystem(),
+                           LocationTrackingSystem::sharedSystem(), TargetSystem::sharedSystem(),
+                           StationGridPublisher::sharedSystem().gridSender(), parent)
+{
+}
+
+FieldToolsController::FieldToolsController(ApplicationStateSystem &state,
+                                           PreferencesSystem &preferences,
+                                           LocationTrackingSystem &tracking, TargetSystem &targets,
+                                           const StationGridSender &feed, QObject *parent)
+    : QObject(parent), m_position(state, preferences), m_target(state, preferences, targets),
+      m_fix(state, &tracking, FixAgeController::steadyClock), m_feed(feed)
 {
     connect(&m_feed, &StationGridSender::wsjtxStatusChanged, this,
             &FieldToolsController::stationProblemChanged);

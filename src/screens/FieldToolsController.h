@@ -10,7 +10,11 @@
 
 // The field panel under the read-outs: the receiver's word on its fix, where the point lies in
 // its cell and the way to the target, and the one line they fold to where the map needs room.
+class ApplicationStateSystem;
+class LocationTrackingSystem;
+class PreferencesSystem;
 class StationGridSender;
+class TargetSystem;
 
 class FieldToolsController : public QObject
 {
@@ -23,14 +27,17 @@ class FieldToolsController : public QObject
     Q_PROPERTY(bool hasInstruments READ hasInstruments NOTIFY summaryChanged)
     // The folded line: the nearest edge and the way to the target.
     Q_PROPERTY(QString summaryText READ summaryText NOTIFY summaryChanged)
-    Q_PROPERTY(QString summaryAccessibilityLabel READ summaryAccessibilityLabel NOTIFY
-                   summaryChanged)
+    Q_PROPERTY(
+        QString summaryAccessibilityLabel READ summaryAccessibilityLabel NOTIFY summaryChanged)
     // Why the grid cannot reach the station's programs, said where the GPS state is.
     Q_PROPERTY(QString stationProblem READ stationProblem NOTIFY stationProblemChanged)
 
 public:
     // Over the app's shared systems.
     explicit FieldToolsController(QObject *parent = nullptr);
+    FieldToolsController(ApplicationStateSystem &state, PreferencesSystem &preferences,
+                         LocationTrackingSystem &tracking, TargetSystem &targets,
+                         const StationGridSender &feed, QObject *parent = nullptr);
 
     GridPositionController *position() { return &m_position; }
     TargetController *target() { return &m_target; }

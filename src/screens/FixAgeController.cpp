@@ -8,16 +8,19 @@
 #include <chrono>
 
 FixAgeController::FixAgeController(QObject *parent)
-    : FixAgeController(
-          ApplicationStateSystem::sharedSystem(), &LocationTrackingSystem::sharedSystem(),
-          [] {
-              static QElapsedTimer steady;
-              if (!steady.isValid())
-                  steady.start();
-              return steady.elapsed();
-          },
-          parent)
+    : FixAgeController(ApplicationStateSystem::sharedSystem(),
+                       &LocationTrackingSystem::sharedSystem(), steadyClock, parent)
 {
+}
+
+qint64 FixAgeController::steadyClock()
+{
+    static const QElapsedTimer steady = [] {
+        QElapsedTimer timer;
+        timer.start();
+        return timer;
+    }();
+    return steady.elapsed();
 }
 
 FixAgeController::FixAgeController(ApplicationStateSystem &state, LocationTrackingSystem *tracking,

@@ -35,6 +35,8 @@ public:
 
     // Over the app's shared state, on the system's steady clock.
     explicit FixAgeController(QObject *parent = nullptr);
+    // The system's steady clock.
+    static qint64 steadyClock();
     // Tracking may be null: no receiver to speak of.
     FixAgeController(ApplicationStateSystem &state, LocationTrackingSystem *tracking, Clock clock,
                      QObject *parent = nullptr);
