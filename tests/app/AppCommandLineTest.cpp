@@ -1,11 +1,8 @@
 #include "AppCommandLine.h"
-#include "RootViewController.h"
 #include "VeltorVersion.h"
 #include "WindowPlacement.h"
 
 #include "TestTable.h"
-
-#include <QWindow>
 
 #include <gtest/gtest.h>
 
@@ -74,10 +71,6 @@ TEST(AppCommandLineTest, TheWindowOpensWhereItWasAndOnScreen)
         {QString(), std::nullopt}};
     for (const auto &[setting, placed] : cases)
         EXPECT_EQ(WindowPlacement::fromSetting(setting, screen), placed) << setting.toStdString();
-    // F11 goes to full screen from any state, and back to a window.
-    EXPECT_EQ(RootViewController::fullScreenToggled(QWindow::Windowed), QWindow::FullScreen);
-    EXPECT_EQ(RootViewController::fullScreenToggled(QWindow::Maximized), QWindow::FullScreen);
-    EXPECT_EQ(RootViewController::fullScreenToggled(QWindow::FullScreen), QWindow::Windowed);
 }
 
 } // namespace

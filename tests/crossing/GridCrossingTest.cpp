@@ -1,5 +1,4 @@
 #include "ApplicationStateSystem.h"
-#include "CrossingAlertSettingsViewController.h"
 #include "GridCrossingAlert.h"
 #include "GridCrossingDetector.h"
 #include "NmeaEpochReader.h"
@@ -84,14 +83,12 @@ TEST_F(GridCrossingAlertTest, AlertsOnlyWhileTrackingAtTheChosenPrecision)
     m_state.setCoordinateIsLiveTracked(true);
     m_state.setCoordinateAccuracy(5.0);
     drive({11.9, 12.1}); // alerts off until chosen
-    CrossingAlertSettingsViewController picker(m_preferences);
-    picker.selectRow(1);
-    ASSERT_EQ(m_preferences.crossingAlert(), VeltorFormat::FourCharacters);
+    m_preferences.setCrossingAlert(VeltorFormat::FourCharacters);
     drive({11.9, 12.1, 12.2, 11.9});
     m_state.setCoordinateIsLiveTracked(false);
     drive({12.1}); // a typed point is no crossing
     m_preferences.setSpeakCrossings(false);
-    picker.selectRow(2);
+    m_preferences.setCrossingAlert(VeltorFormat::SixCharacters);
     m_state.setCoordinateIsLiveTracked(true);
     drive({12.1, 12.2});
     const std::vector<std::pair<QString, bool>> expected = {{QStringLiteral("JN68"), true},

@@ -337,6 +337,10 @@ TEST_F(ScreenControllersTest, RootLaysThePanelsOutByWidthAndIdiom)
         EXPECT_EQ(panel.width(), panelWidth);
         EXPECT_GE(area(map), w * h / 3);
     }
+    // F11 goes to full screen from any state, and back to a window.
+    EXPECT_EQ(RootViewController::fullScreenToggled(QWindow::Windowed), QWindow::FullScreen);
+    EXPECT_EQ(RootViewController::fullScreenToggled(QWindow::Maximized), QWindow::FullScreen);
+    EXPECT_EQ(RootViewController::fullScreenToggled(QWindow::FullScreen), QWindow::Windowed);
 }
 
 TEST_F(ScreenControllersTest, TheMapKeepsHalfANarrowWindowUnlessTheUserUnfoldsTheTools)
