@@ -7,6 +7,7 @@ FocusScope {
     id: page
 
     required property FormatPickerViewController picker
+    required property string title
 
     signal backRequested()
 
@@ -40,7 +41,7 @@ FocusScope {
             }
             Body2Label {
                 Layout.fillWidth: true
-                text: page.picker.title
+                text: page.title
                 horizontalAlignment: Text.AlignHCenter
             }
             Item {

@@ -31,7 +31,9 @@ FocusScope {
             }
             Body2Label {
                 Layout.fillWidth: true
-                text: controller.title
+                //: Settings row and picker: where the map's tiles come from
+                //% "Map source"
+                text: qsTrId("settings.map")
                 horizontalAlignment: Text.AlignHCenter
             }
             Item {

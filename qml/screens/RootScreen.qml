@@ -19,7 +19,7 @@ Page {
     //% "Veltor"
     title: qsTrId("app.name")
     // The map has every tile it needs and nothing moves: a picture now shows the whole screen.
-    readonly property bool settled: map.idle && !mapPanel.checkingMapFile
+    readonly property bool settled: mapView.idle && !mapPanel.checkingMapFile
 
     RootViewController {
         id: controller
@@ -207,7 +207,7 @@ Page {
                 }
 
                 MapView {
-                    id: map
+                    id: mapView
                     readonly property rect frame: controller.mapRect(panels.width, panels.height,
                                                                      panel.implicitHeight,
                                                                      Screen.devicePixelRatio)
@@ -218,7 +218,7 @@ Page {
         
                     MapPanelController {
                         id: mapPanel
-                        map: map
+                        map: mapView
                         initialZoomLevel: screen.initialZoomLevel
                         tablet: screen.tablet
                         appearance: Theme.appearance
@@ -227,7 +227,7 @@ Page {
                     // The way to the target, over the map and under its buttons.
                     GreatCircleOverlay {
                         anchors.fill: parent
-                        map: map
+                        map: mapView
                         color: Theme.tintColor
                         active: targetController.shown
                         fromLatitude: targetController.pointLatitude
@@ -291,7 +291,7 @@ Page {
                             //% "Zoom in"
                             accessibilityLabel: qsTrId("map.zoom-in")
                             toolTip: accessibilityLabel
-                            onClicked: map.zoomIn()
+                            onClicked: mapView.zoomIn()
                         }
                         MapControlButton {
                             glyph: "minus"
@@ -299,7 +299,7 @@ Page {
                             //% "Zoom out"
                             accessibilityLabel: qsTrId("map.zoom-out")
                             toolTip: accessibilityLabel
-                            onClicked: map.zoomOut()
+                            onClicked: mapView.zoomOut()
                         }
                     }
 
@@ -343,7 +343,7 @@ Page {
                         anchors.left: parent.left
                         anchors.bottom: trackButton.top
                         anchors.margins: 6
-                        text: map.attribution
+                        text: mapView.attribution
                         color: Theme.mapControlTextColor
                         font.pixelSize: 12
                         padding: 3
@@ -514,7 +514,7 @@ Page {
     Component {
         id: keepAreaScreen
         KeepAreaScreen {
-            map: map
+            map: mapView
         }
     }
 
@@ -540,6 +540,7 @@ Page {
             shareSheet.present(shareButton.visible ? shareButton : toolbarShare)
         }
         function onMapSourceSettingsRequested() { screen.presentSheet(mapSourceSettingsScreen) }
+        function onKeepAreaRequested() { screen.presentSheet(keepAreaScreen) }
         function onAlertRequested(title: string, message: string, dismissButton: string,
                                   settingsButton: string) {
             screen.showAlert(title, message, dismissButton, settingsButton)

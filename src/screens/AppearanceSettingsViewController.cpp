@@ -21,13 +21,6 @@ AppearanceSettingsViewController::AppearanceSettingsViewController(PreferencesSy
     reload();
 }
 
-QString AppearanceSettingsViewController::settingTitle()
-{
-    //: Row and picker title for the appearance of the screens
-    //% "Appearance"
-    return qtTrId("settings.appearance");
-}
-
 void AppearanceSettingsViewController::fill(int row, FormatChoice &choice) const
 {
     const Appearance appearance = order[row];

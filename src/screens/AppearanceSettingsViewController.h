@@ -15,9 +15,6 @@ public:
     // Over the app's shared preferences.
     explicit AppearanceSettingsViewController(QObject *parent = nullptr);
     explicit AppearanceSettingsViewController(PreferencesSystem &preferences, QObject *parent = nullptr);
-    QString title() const override { return settingTitle(); }
-    // The picker's title, also the row that leads to it.
-    static QString settingTitle();
     static QString name(Appearance appearance);
 
 private:

@@ -23,13 +23,6 @@ CoordinateFormatSettingsViewController::CoordinateFormatSettingsViewController(P
     reload();
 }
 
-QString CoordinateFormatSettingsViewController::settingTitle()
-{
-    //: Row and picker title for the latitude and longitude notation
-    //% "Coordinates"
-    return qtTrId("settings.coordinate-format");
-}
-
 void CoordinateFormatSettingsViewController::fill(int row, FormatChoice &choice) const
 {
     const CoordinateFormat format = order[row];

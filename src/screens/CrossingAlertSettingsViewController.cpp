@@ -24,13 +24,6 @@ CrossingAlertSettingsViewController::CrossingAlertSettingsViewController(
     reload();
 }
 
-QString CrossingAlertSettingsViewController::settingTitle()
-{
-    //: Row and picker title: at which locator precision entering another cell is announced
-    //% "Crossing alerts"
-    return qtTrId("settings.crossing-alert");
-}
-
 QString CrossingAlertSettingsViewController::name(std::optional<VeltorFormat> precision)
 {
     if (precision == VeltorFormat::FourCharacters) {

@@ -20,9 +20,6 @@ public:
     explicit CrossingAlertSettingsViewController(PreferencesSystem &preferences,
                                                  QObject *parent = nullptr);
 
-    QString title() const override { return settingTitle(); }
-    // The picker's title, also the row that leads to it.
-    static QString settingTitle();
     // "Off", "4 characters" or "6 characters", in the user's language.
     static QString name(std::optional<VeltorFormat> precision);
 

@@ -21,13 +21,6 @@ DistanceFormatSettingsViewController::DistanceFormatSettingsViewController(Prefe
     reload();
 }
 
-QString DistanceFormatSettingsViewController::settingTitle()
-{
-    //: Row and picker title for the units of every distance: accuracy, cell edges, target
-    //% "Distance units"
-    return qtTrId("settings.distance-format");
-}
-
 void DistanceFormatSettingsViewController::fill(int row, FormatChoice &choice) const
 {
     const DistanceFormat format = order[row];

@@ -15,9 +15,6 @@ public:
     // Over the app's shared preferences.
     explicit DistanceFormatSettingsViewController(QObject *parent = nullptr);
     explicit DistanceFormatSettingsViewController(PreferencesSystem &preferences, QObject *parent = nullptr);
-    QString title() const override { return settingTitle(); }
-    // The picker's title, also the row that leads to it.
-    static QString settingTitle();
     // "Metric" or "Imperial", in the user's language.
     static QString name(DistanceFormat format);
 

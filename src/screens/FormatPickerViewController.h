@@ -21,7 +21,6 @@ class FormatPickerViewController : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("Each setting has its own picker")
-    Q_PROPERTY(QString title READ title CONSTANT)
     Q_PROPERTY(QQmlListProperty<FormatChoice> choices READ choicesProperty CONSTANT)
 
 public:
@@ -31,7 +30,6 @@ public:
 
     QList<FormatChoice *> choices() const { return m_choices; }
     QQmlListProperty<FormatChoice> choicesProperty() { return {this, &m_choices}; }
-    virtual QString title() const = 0;
 
     // Writes the choice of that row; a row that is not there does nothing.
     Q_INVOKABLE void selectRow(int row);

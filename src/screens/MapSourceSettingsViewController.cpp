@@ -31,13 +31,6 @@ MapSourceSettingsViewController::MapSourceSettingsViewController(PreferencesSyst
     reload();
 }
 
-QString MapSourceSettingsViewController::settingTitle()
-{
-    //: Settings row and picker: where the map's tiles come from
-    //% "Map source"
-    return qtTrId("settings.map");
-}
-
 QString MapSourceSettingsViewController::summary(const MapSource &source)
 {
     if (source.kind == MapSource::Kind::Mbtiles)

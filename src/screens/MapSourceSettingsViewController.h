@@ -31,8 +31,6 @@ public:
     explicit MapSourceSettingsViewController(PreferencesSystem &preferences,
                                              QObject *parent = nullptr);
 
-    QString title() const override { return settingTitle(); }
-    static QString settingTitle();
     // The settings row's detail: the source, and for a file its name.
     static QString summary(const MapSource &source);
 

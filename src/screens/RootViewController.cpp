@@ -16,6 +16,7 @@ const QString longitudeKeypad = QStringLiteral("longitude-keypad");
 const QString veltorKeypad = QStringLiteral("locator-keypad");
 const QString settings = QStringLiteral("settings");
 const QString station = QStringLiteral("station");
+const QString keepArea = QStringLiteral("keep-area");
 const QString menu = QStringLiteral("menu");
 const QString share = QStringLiteral("share");
 const QString welcome = QStringLiteral("welcome");
@@ -31,8 +32,7 @@ RootViewController::RootViewController(QObject *parent)
 
 RootViewController::RootViewController(LocationTrackingSystem &tracking, UserDefaults &defaults,
                                        QObject *parent)
-    : QObject(parent)
-    , m_defaults(defaults)
+    : QObject(parent), m_defaults(defaults)
 {
     connect(&tracking, &LocationTrackingSystem::alertRequested, this,
             [this](const QString &title, const QString &message, const QString &dismissButton) {
@@ -82,7 +82,8 @@ bool RootViewController::menuHolds(ToolAction action, qreal width, bool targetSe
 
 QStringList RootViewController::screenNames()
 {
-    return {latitudeKeypad, longitudeKeypad, veltorKeypad, settings, station, menu, share, welcome};
+    return {latitudeKeypad, longitudeKeypad, veltorKeypad, settings, station, keepArea,
+            menu,           share,           welcome};
 }
 
 int RootViewController::fullScreenToggled(int visibility)
@@ -205,11 +206,13 @@ QString RootViewController::welcomeMenuText(qreal width) const
 {
     if (toolbarHolds(ToolAction::Menu, width)) {
         //: First-run card, wide window: where the menu of tools is
-        //% "Menu, at the right of the toolbar, holds the target, proofs, offline areas and the settings."
+        //% "Menu, at the right of the toolbar, holds the target, proofs, offline areas and the
+        // settings."
         return qtTrId("welcome.menu.toolbar");
     }
     //: First-run card, phone: where the menu of tools is
-    //% "Menu, at the top left of the map, holds the target, proofs, offline areas and the settings."
+    //% "Menu, at the top left of the map, holds the target, proofs, offline areas and the
+    // settings."
     return qtTrId("welcome.menu.map");
 }
 
@@ -225,6 +228,8 @@ bool RootViewController::openScreen(const QString &name)
         emit settingsRequested();
     else if (name == station)
         emit stationSettingsRequested();
+    else if (name == keepArea)
+        emit keepAreaRequested();
     else if (name == menu)
         emit menuRequested();
     else if (name == share)

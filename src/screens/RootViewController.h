@@ -135,6 +135,7 @@ signals:
     void settingsRequested();
     void stationSettingsRequested();
     void mapSourceSettingsRequested();
+    void keepAreaRequested();
     void menuRequested();
     void shareSheetRequested();
     void latitudeKeypadRequested();

@@ -23,13 +23,6 @@ VeltorFormatSettingsViewController::VeltorFormatSettingsViewController(Preferenc
     reload();
 }
 
-QString VeltorFormatSettingsViewController::settingTitle()
-{
-    //: Row and picker title for the locator precision
-    //% "Locator precision"
-    return qtTrId("settings.veltor-format");
-}
-
 void VeltorFormatSettingsViewController::fill(int row, FormatChoice &choice) const
 {
     // Eight, six, four, two: each a prefix of the one above.

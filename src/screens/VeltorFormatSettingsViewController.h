@@ -14,9 +14,6 @@ public:
     // Over the app's shared preferences.
     explicit VeltorFormatSettingsViewController(QObject *parent = nullptr);
     explicit VeltorFormatSettingsViewController(PreferencesSystem &preferences, QObject *parent = nullptr);
-    QString title() const override { return settingTitle(); }
-    // The picker's title, also the row that leads to it.
-    static QString settingTitle();
 
 private:
     void fill(int row, FormatChoice &choice) const override;
