@@ -21,6 +21,14 @@ Popup {
         open()
     }
 
+    // A screen that needs what only its presenter holds, handed over as it is made.
+    function presentFile(file: url, properties: var) {
+        if (!opener)
+            opener = sheet.parent.Window.activeFocusItem
+        loader.setSource(file, properties)
+        open()
+    }
+
     parent: T.Overlay.overlay
     x: (parent.width - width) / 2
     y: (parent.height - height) / 2

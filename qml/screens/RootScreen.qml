@@ -511,12 +511,6 @@ Page {
             initialPicker: SettingsViewController.MapSourcePicker
         }
     }
-    Component {
-        id: keepAreaScreen
-        KeepAreaScreen {
-            map: mapView
-        }
-    }
 
     Connections {
         target: targetController
@@ -540,7 +534,7 @@ Page {
             shareSheet.present(shareButton.visible ? shareButton : toolbarShare)
         }
         function onMapSourceSettingsRequested() { screen.presentSheet(mapSourceSettingsScreen) }
-        function onKeepAreaRequested() { screen.presentSheet(keepAreaScreen) }
+        function onKeepAreaRequested() { screen.presentKeepArea() }
         function onAlertRequested(title: string, message: string, dismissButton: string,
                                   settingsButton: string) {
             screen.showAlert(title, message, dismissButton, settingsButton)
@@ -548,22 +542,32 @@ Page {
     }
     Connections {
         target: mapPanel
-        function onKeepAreaRequested() { screen.presentSheet(keepAreaScreen) }
+        function onKeepAreaRequested() { screen.presentKeepArea() }
         function onAlertRequested(title: string, message: string, dismissButton: string) {
             screen.showAlert(title, message, dismissButton, "")
         }
     }
 
-    function presentSheet(content: Component) {
-        // From a menu, focus goes back to the menu's button when the sheet closes, not to the
-        // menu, which is gone by then.
+    // From a menu, focus goes back to the menu's button when the sheet closes, not to the menu,
+    // which is gone by then.
+    function takeOpenerFromMenus() {
         for (const menu of [toolsMenu, shareSheet]) {
             if (menu.visible) {
                 sheet.opener = menu.opener
                 menu.opener = null
             }
         }
+    }
+
+    function presentSheet(content: Component) {
+        takeOpenerFromMenus()
         sheet.present(content)
+    }
+
+    // The keep-area screen keeps an area of this map, handed to it as it is made.
+    function presentKeepArea() {
+        takeOpenerFromMenus()
+        sheet.presentFile(Qt.resolvedUrl("KeepAreaScreen.qml"), { map: mapView })
     }
 
     function showAlert(title: string, message: string, dismissButton: string,
