@@ -37,12 +37,15 @@ FocusScope {
                 //% "Back"
                 title: qsTrId("general.back")
                 font: Theme.body1Font
+                // Back is never squeezed by a long title: the title wraps instead.
+                Layout.minimumWidth: implicitWidth
                 onClicked: page.backRequested()
             }
             Body2Label {
                 Layout.fillWidth: true
                 text: page.title
                 horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.Wrap
             }
             Item {
                 implicitWidth: Theme.minimumTouchSize

@@ -35,7 +35,7 @@ ColumnLayout {
         Accessible.description: message.text
         background: Rectangle {
             color: Theme.keyFaceColor
-            border.color: field.error.length > 0 ? Theme.warningColor : Theme.dividerColor
+            border.color: field.error.length > 0 ? Theme.warningColor : Theme.controlColor
         }
         onEditingFinished: field.submitted(input.text)
     }

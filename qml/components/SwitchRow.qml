@@ -8,12 +8,15 @@ T.Switch {
     id: control
 
     property string title
-    property color trackColor: Theme.dividerColor
-    property real knobX: 2
+    // Off: an outline and a knob in the control colour, both clear against the row; on: filled.
+    property color trackColor: "transparent"
+    property color knobColor: Theme.controlColor
+    property real knobX: 4
 
     // The switch shows the setting; a click asks for a change rather than making one.
     checkable: false
-    implicitHeight: Theme.minimumTouchSize
+    // A title too long for one line wraps, and the row grows with it.
+    implicitHeight: Math.max(Theme.minimumTouchSize, implicitContentHeight + Theme.spacing)
     Accessible.name: control.title
     Accessible.onPressAction: control.clicked()
 
@@ -22,6 +25,7 @@ T.Switch {
         when: control.checked
         PropertyChanges {
             control.trackColor: Theme.tintColor
+            control.knobColor: Theme.surfaceColor
             control.knobX: 22
         }
     }
@@ -34,6 +38,7 @@ T.Switch {
             Accessible.ignored: true
             Layout.leftMargin: Theme.spacing
             Layout.fillWidth: true
+            wrapMode: Text.Wrap
             text: control.title
         }
         Rectangle {
@@ -42,14 +47,15 @@ T.Switch {
             implicitHeight: 32
             radius: height / 2
             color: control.trackColor
+            border.width: 2
+            border.color: control.checked ? Theme.tintColor : Theme.controlColor
             Rectangle {
                 x: control.knobX
-                y: 2
-                width: 28
-                height: 28
+                anchors.verticalCenter: parent.verticalCenter
+                width: control.checked ? 26 : 24
+                height: width
                 radius: width / 2
-                color: Theme.surfaceColor
-                border.color: Theme.dividerColor
+                color: control.knobColor
             }
         }
     }

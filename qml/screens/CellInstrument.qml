@@ -12,8 +12,8 @@ Item {
     readonly property real squareHeight: 80
 
     implicitWidth: Math.max(west.implicitWidth + east.implicitWidth + squareWidth + 4 * Theme.spacing,
-                            corner.implicitWidth)
-    implicitHeight: north.implicitHeight + squareHeight + south.implicitHeight + corner.implicitHeight
+                            detail.implicitWidth)
+    implicitHeight: north.implicitHeight + squareHeight + south.implicitHeight + detail.implicitHeight
                     + 2 * Theme.spacing
     Accessible.role: Accessible.StaticText
     Accessible.name: instrument.position.accessibilityLabel
@@ -71,13 +71,15 @@ Item {
         }
         // The nearest corner.
         Rectangle {
+            id: cornerMark
+            // 0 north-east, 1 north-west, 2 south-east, 3 south-west.
             readonly property int corner: instrument.position.nearestCorner
             width: 14
             height: 14
             radius: 7
             color: Theme.tintColor
-            x: (corner % 2 === 0 ? square.width : 0) - width / 2
-            y: (corner < 2 ? 0 : square.height) - height / 2
+            x: (cornerMark.corner % 2 === 0 ? square.width : 0) - width / 2
+            y: (cornerMark.corner < 2 ? 0 : square.height) - height / 2
         }
     }
 
@@ -113,7 +115,7 @@ Item {
         Accessible.ignored: true
     }
     SecondaryLabel {
-        id: corner
+        id: detail
         anchors.horizontalCenter: parent.horizontalCenter
         anchors.top: south.bottom
         anchors.topMargin: Theme.spacing / 2

@@ -95,10 +95,13 @@ ColumnLayout {
         onClicked: view.toggled()
         contentItem: RowLayout {
             spacing: Theme.spacing
+            // One line, as the map needs the room: smaller type before it ever runs out.
             Body1Label {
                 Layout.fillWidth: true
                 text: tools.summaryText
-                wrapMode: Text.Wrap
+                fontSizeMode: Text.HorizontalFit
+                minimumPixelSize: 13
+                elide: Text.ElideRight
                 Accessible.ignored: true
             }
             Image {

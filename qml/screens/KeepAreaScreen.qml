@@ -47,6 +47,7 @@ FocusScope {
                 //% "Keep Area Offline"
                 text: qsTrId("keep-area.title")
                 horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.Wrap
             }
             ChoiceRow {
                 Layout.fillWidth: true

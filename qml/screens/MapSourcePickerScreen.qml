@@ -27,6 +27,8 @@ FocusScope {
                 //% "Back"
                 title: qsTrId("general.back")
                 font: Theme.body1Font
+                // Back is never squeezed by a long title: the title wraps instead.
+                Layout.minimumWidth: implicitWidth
                 onClicked: page.backRequested()
             }
             Body2Label {
@@ -35,6 +37,7 @@ FocusScope {
                 //% "Map source"
                 text: qsTrId("settings.map")
                 horizontalAlignment: Text.AlignHCenter
+                wrapMode: Text.Wrap
             }
             Item {
                 implicitWidth: Theme.minimumTouchSize

@@ -303,16 +303,17 @@ Page {
                         }
                     }
 
-                    // The scale at the centre, in the user's distance units.
+                    // The scale at the centre, in the user's distance units: at the top right, the
+                    // one corner no button takes however short the map is.
                     Column {
-                        anchors.left: parent.left
-                        anchors.bottom: attribution.top
-                        anchors.leftMargin: 6
-                        anchors.bottomMargin: 4
+                        anchors.right: parent.right
+                        anchors.top: parent.top
+                        anchors.margins: Theme.spacing
                         spacing: 2
                         Accessible.role: Accessible.StaticText
                         Accessible.name: mapPanel.scaleBarAccessibilityLabel
                         Label {
+                            anchors.right: parent.right
                             text: mapPanel.scaleBarText
                             color: Theme.mapControlTextColor
                             font: Theme.secondaryFont
@@ -325,6 +326,7 @@ Page {
                             Accessible.ignored: true
                         }
                         Rectangle {
+                            anchors.right: parent.right
                             width: mapPanel.scaleBarLength + 4
                             height: 8
                             color: Theme.mapControlColor
@@ -367,7 +369,8 @@ Page {
                         visible: crossingAlert.bannerShown
                         Accessible.role: Accessible.AlertMessage
                         Accessible.name: crossingAlert.bannerAccessibilityLabel
-                        TitleLabel {
+                        // The title's size at a heavier weight, to be read at a glance.
+                        Label {
                             id: crossingText
                             anchors.centerIn: parent
                             width: Math.min(implicitWidth, parent.width - 2 * Theme.spacing)
@@ -375,7 +378,9 @@ Page {
                             wrapMode: Text.Wrap
                             text: crossingAlert.bannerText
                             color: Theme.keyFaceColor
-                            font.weight: Font.Normal
+                            font.family: Theme.titleFont.family
+                            font.pixelSize: Theme.titleFont.pixelSize
+                            font.weight: Font.Medium
                             Accessible.ignored: true
                         }
                     }

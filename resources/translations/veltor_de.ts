@@ -1051,28 +1051,23 @@ Spoken name and tooltip of a keypad&apos;s ✕ button: closes it without keeping
     </message>
     <message id="grid-position.summary-pole">
         <source>Edge %1, the pole</source>
-        <extracomment>Folded field panel: the nearest edge, which is a pole</extracomment>
+        <extracomment>Under the cell&apos;s square: the nearest edge, which is a pole</extracomment>
         <translation>Rand %1, der Pol</translation>
     </message>
     <message id="grid-position.summary">
         <source>Edge %1 → %2</source>
-        <extracomment>Folded field panel: the nearest edge and its distance, the cell beyond</extracomment>
+        <extracomment>Under the cell&apos;s square: the nearest edge and its distance, the cell beyond</extracomment>
         <translation>Rand %1 → %2</translation>
     </message>
     <message id="grid-position.detail">
         <source>%1 · %2</source>
-        <extracomment>Under the cell&apos;s square: the nearest edge (as in the folded panel), then the corner</extracomment>
+        <extracomment>Under the cell&apos;s square: the nearest edge with the cell beyond, then the corner</extracomment>
         <translation>%1 · %2</translation>
     </message>
     <message id="target.secondary">
         <source>Long path %1 at %2° · Contest %3&#xa0;km</source>
         <extracomment>Under the target&apos;s distance: the long path&apos;s distance and bearing, then the distance as IARU Region 1 VHF contests score it, in whole kilometres</extracomment>
         <translation>Long Path %1 bei %2° · Contest %3&#xa0;km</translation>
-    </message>
-    <message id="target.summary">
-        <source>Target %1 at %2°</source>
-        <extracomment>Folded field panel: the distance and bearing to the target</extracomment>
-        <translation>Ziel %1 bei %2°</translation>
     </message>
     <message id="map.scale-bar">
         <source>Scale bar: %1</source>
@@ -1218,6 +1213,16 @@ Spoken name and tooltip of a keypad&apos;s ✕ button: closes it without keeping
         <source>Menu, at the top left of the map, holds the target, proofs, offline areas and the settings.</source>
         <extracomment>First-run card, phone: where the menu of tools is</extracomment>
         <translation>Das Menü oben links auf der Karte enthält Ziel, Nachweise, Offline-Gebiete und die Einstellungen.</translation>
+    </message>
+    <message id="grid-position.folded">
+        <source>Edge %1</source>
+        <extracomment>Folded field panel, which must fit one line of a phone: the nearest edge and its distance</extracomment>
+        <translation>Rand %1</translation>
+    </message>
+    <message id="target.folded">
+        <source>Target %1</source>
+        <extracomment>Folded field panel, which must fit one line of a phone: the distance to the target</extracomment>
+        <translation>Ziel %1</translation>
     </message>
 </context>
 </TS>

@@ -815,7 +815,7 @@ Spoken name and tooltip of a keypad&apos;s ✕ button: closes it without keeping
     <message id="map-source.attribution">
         <source>Credit shown on the map</source>
         <extracomment>Field for the credit a tile server asks to be shown on the map</extracomment>
-        <translation>Attribuzione mostrata sulla mappa</translation>
+        <translation>Attribuzione sulla mappa</translation>
     </message>
     <message id="map-source.note.offline">
         <source>Coastlines, borders, lakes, rivers and places, with no network at all.</source>
@@ -1051,28 +1051,23 @@ Spoken name and tooltip of a keypad&apos;s ✕ button: closes it without keeping
     </message>
     <message id="grid-position.summary-pole">
         <source>Edge %1, the pole</source>
-        <extracomment>Folded field panel: the nearest edge, which is a pole</extracomment>
+        <extracomment>Under the cell&apos;s square: the nearest edge, which is a pole</extracomment>
         <translation>Bordo %1, il polo</translation>
     </message>
     <message id="grid-position.summary">
         <source>Edge %1 → %2</source>
-        <extracomment>Folded field panel: the nearest edge and its distance, the cell beyond</extracomment>
+        <extracomment>Under the cell&apos;s square: the nearest edge and its distance, the cell beyond</extracomment>
         <translation>Bordo %1 → %2</translation>
     </message>
     <message id="grid-position.detail">
         <source>%1 · %2</source>
-        <extracomment>Under the cell&apos;s square: the nearest edge (as in the folded panel), then the corner</extracomment>
+        <extracomment>Under the cell&apos;s square: the nearest edge with the cell beyond, then the corner</extracomment>
         <translation>%1 · %2</translation>
     </message>
     <message id="target.secondary">
         <source>Long path %1 at %2° · Contest %3&#xa0;km</source>
         <extracomment>Under the target&apos;s distance: the long path&apos;s distance and bearing, then the distance as IARU Region 1 VHF contests score it, in whole kilometres</extracomment>
         <translation>Long path %1 a %2° · Contest %3&#xa0;km</translation>
-    </message>
-    <message id="target.summary">
-        <source>Target %1 at %2°</source>
-        <extracomment>Folded field panel: the distance and bearing to the target</extracomment>
-        <translation>Obiettivo %1 a %2°</translation>
     </message>
     <message id="map.scale-bar">
         <source>Scale bar: %1</source>
@@ -1218,6 +1213,16 @@ Spoken name and tooltip of a keypad&apos;s ✕ button: closes it without keeping
         <source>Menu, at the top left of the map, holds the target, proofs, offline areas and the settings.</source>
         <extracomment>First-run card, phone: where the menu of tools is</extracomment>
         <translation>Il menu, in alto a sinistra sulla mappa, contiene l’obiettivo, le prove, le aree offline e le impostazioni.</translation>
+    </message>
+    <message id="grid-position.folded">
+        <source>Edge %1</source>
+        <extracomment>Folded field panel, which must fit one line of a phone: the nearest edge and its distance</extracomment>
+        <translation>Bordo %1</translation>
+    </message>
+    <message id="target.folded">
+        <source>Target %1</source>
+        <extracomment>Folded field panel, which must fit one line of a phone: the distance to the target</extracomment>
+        <translation>Obiettivo %1</translation>
     </message>
 </context>
 </TS>

@@ -408,12 +408,12 @@ Spoken name and tooltip of a keypad&apos;s ✕ button: closes it without keeping
     <message id="proof.saved">
         <source>Proof saved in %1 as %2</source>
         <extracomment>After saving a proof of position: the folder and the file name without extension</extracomment>
-        <translation>証拠を %1 に %2 として保存しました</translation>
+        <translation>記録を %1 に %2 として保存しました</translation>
     </message>
     <message id="proof.failed">
         <source>Cannot save the proof in %1</source>
         <extracomment>When a proof of position cannot be written; the folder</extracomment>
-        <translation>%1 に証拠を保存できません</translation>
+        <translation>%1 に記録を保存できません</translation>
     </message>
     <message id="fix.stale" numerus="yes">
         <source>Stale fix: %n&#xa0;s old</source>
@@ -1047,28 +1047,23 @@ Spoken name and tooltip of a keypad&apos;s ✕ button: closes it without keeping
     </message>
     <message id="grid-position.summary-pole">
         <source>Edge %1, the pole</source>
-        <extracomment>Folded field panel: the nearest edge, which is a pole</extracomment>
+        <extracomment>Under the cell&apos;s square: the nearest edge, which is a pole</extracomment>
         <translation>端 %1 (極)</translation>
     </message>
     <message id="grid-position.summary">
         <source>Edge %1 → %2</source>
-        <extracomment>Folded field panel: the nearest edge and its distance, the cell beyond</extracomment>
+        <extracomment>Under the cell&apos;s square: the nearest edge and its distance, the cell beyond</extracomment>
         <translation>端 %1 → %2</translation>
     </message>
     <message id="grid-position.detail">
         <source>%1 · %2</source>
-        <extracomment>Under the cell&apos;s square: the nearest edge (as in the folded panel), then the corner</extracomment>
+        <extracomment>Under the cell&apos;s square: the nearest edge with the cell beyond, then the corner</extracomment>
         <translation>%1 · %2</translation>
     </message>
     <message id="target.secondary">
         <source>Long path %1 at %2° · Contest %3&#xa0;km</source>
         <extracomment>Under the target&apos;s distance: the long path&apos;s distance and bearing, then the distance as IARU Region 1 VHF contests score it, in whole kilometres</extracomment>
         <translation>ロングパス %1、%2° · コンテスト %3&#xa0;km</translation>
-    </message>
-    <message id="target.summary">
-        <source>Target %1 at %2°</source>
-        <extracomment>Folded field panel: the distance and bearing to the target</extracomment>
-        <translation>目標 %1、%2°</translation>
     </message>
     <message id="map.scale-bar">
         <source>Scale bar: %1</source>
@@ -1214,6 +1209,16 @@ Spoken name and tooltip of a keypad&apos;s ✕ button: closes it without keeping
         <source>Menu, at the top left of the map, holds the target, proofs, offline areas and the settings.</source>
         <extracomment>First-run card, phone: where the menu of tools is</extracomment>
         <translation>地図の左上のメニューに、目標、記録、オフラインのエリア、設定があります。</translation>
+    </message>
+    <message id="grid-position.folded">
+        <source>Edge %1</source>
+        <extracomment>Folded field panel, which must fit one line of a phone: the nearest edge and its distance</extracomment>
+        <translation>端 %1</translation>
+    </message>
+    <message id="target.folded">
+        <source>Target %1</source>
+        <extracomment>Folded field panel, which must fit one line of a phone: the distance to the target</extracomment>
+        <translation>目標 %1</translation>
     </message>
 </context>
 </TS>

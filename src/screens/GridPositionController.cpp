@@ -161,16 +161,20 @@ void GridPositionController::refresh()
     //% "Corner %1 at %2°"
     m_cornerText = qtTrId("grid-position.corner").arg(corner, bearing);
     const QString edge = qtTrId("grid-position.edge").arg(sideLetter(side), distance(cell.edge(side).metres));
-    m_summaryText = m_acrossText.isEmpty()
-                        //: Folded field panel: the nearest edge, which is a pole
-                        //% "Edge %1, the pole"
-                        ? qtTrId("grid-position.summary-pole").arg(edge)
-                        //: Folded field panel: the nearest edge and its distance, the cell beyond
-                        //% "Edge %1 → %2"
-                        : qtTrId("grid-position.summary").arg(edge, m_acrossText);
-    //: Under the cell's square: the nearest edge (as in the folded panel), then the corner
+    const QString nearest = m_acrossText.isEmpty()
+                                //: Under the cell's square: the nearest edge, which is a pole
+                                //% "Edge %1, the pole"
+                                ? qtTrId("grid-position.summary-pole").arg(edge)
+                                //: Under the cell's square: the nearest edge and its distance, the
+                                //: cell beyond
+                                //% "Edge %1 → %2"
+                                : qtTrId("grid-position.summary").arg(edge, m_acrossText);
+    //: Folded field panel, which must fit one line of a phone: the nearest edge and its distance
+    //% "Edge %1"
+    m_summaryText = qtTrId("grid-position.folded").arg(edge);
+    //: Under the cell's square: the nearest edge with the cell beyond, then the corner
     //% "%1 · %2"
-    m_detailText = qtTrId("grid-position.detail").arg(m_summaryText, m_cornerText);
+    m_detailText = qtTrId("grid-position.detail").arg(nearest, m_cornerText);
 
     const QString spokenCells = spelledList(cell.cornerLocators, QStringLiteral(", "));
     const QString spokenEdges =

@@ -120,7 +120,10 @@ QRectF RootViewController::panelRect(qreal width, qreal height, qreal panelHeigh
         return {0.0, 0.0, std::min(twoColumns, width * 0.4), height};
     if (isRegularWidth(width, height))
         return {0.0, 0.0, std::min(column, width / 2), height};
-    return {0.0, 0.0, width, std::min(panelHeight, height)};
+    // However far the user unfolds the tools, a strip of map stays to press and pan; the panel
+    // scrolls above it.
+    const qreal map = std::min(height / 2, std::max(height / 4, 2 * Theme::minimumTouchSize()));
+    return {0.0, 0.0, width, std::clamp(panelHeight, 0.0, height - map)};
 }
 
 QRectF RootViewController::dividerRect(qreal width, qreal height, qreal panelHeight,
@@ -206,13 +209,11 @@ QString RootViewController::welcomeMenuText(qreal width) const
 {
     if (toolbarHolds(ToolAction::Menu, width)) {
         //: First-run card, wide window: where the menu of tools is
-        //% "Menu, at the right of the toolbar, holds the target, proofs, offline areas and the
-        // settings."
+        //% "Menu, at the right of the toolbar, holds the target, proofs, offline areas and the settings."
         return qtTrId("welcome.menu.toolbar");
     }
     //: First-run card, phone: where the menu of tools is
-    //% "Menu, at the top left of the map, holds the target, proofs, offline areas and the
-    // settings."
+    //% "Menu, at the top left of the map, holds the target, proofs, offline areas and the settings."
     return qtTrId("welcome.menu.map");
 }
 

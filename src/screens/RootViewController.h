@@ -73,7 +73,8 @@ public:
     Q_INVOKABLE bool isRegularWidth(qreal width, qreal height) const;
     // Where the coordinate panel, the divider and the map stand in an area of WIDTH × HEIGHT:
     // side by side in regular width (the panel a column of at most 400 points), else the panel
-    // at the top at its own height. The divider is one device pixel across.
+    // at the top at its own height, scrolling where that would leave less than a quarter of the
+    // area to the map. The divider is one device pixel across.
     // From roomyToolbarWidth the column widens to hold the field tools beside the read-outs.
     Q_INVOKABLE QRectF panelRect(qreal width, qreal height, qreal panelHeight) const;
     Q_INVOKABLE bool panelHoldsToolsBeside(qreal width) const { return width >= roomyToolbarWidth; }

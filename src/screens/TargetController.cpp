@@ -104,9 +104,9 @@ void TargetController::refresh()
         //% "Long path %1 at %2° · Contest %3 km"
         m_secondaryText = qtTrId("target.secondary").arg(longDistance, degrees(path.longBearing),
                                                           contest);
-        //: Folded field panel: the distance and bearing to the target
-        //% "Target %1 at %2°"
-        m_summaryText = qtTrId("target.summary").arg(shortDistance, degrees(path.shortBearing));
+        //: Folded field panel, which must fit one line of a phone: the distance to the target
+        //% "Target %1"
+        m_summaryText = qtTrId("target.folded").arg(shortDistance);
         //: Spoken: the target's locator spelled out, distance and bearing, the long path's
         //% "Target %1: %2, bearing %3 degrees; long path %4, bearing %5 degrees"
         m_accessibilityLabel = qtTrId("target.path-spoken")

@@ -51,6 +51,14 @@ constexpr Row rows[] = {
     {"SettingsScreen", fill}, {"VeltorFormatPickerScreen", fill},
     {"CoordinateFormatPickerScreen", fill}, {"DistanceFormatPickerScreen", fill},
     {"AppearancePickerScreen", fill}, {"StationSettingsScreen", fill},
+    // The smallest window: nothing overlaps, nothing runs out of its row.
+    {"SettingsScreen", fill, {320, 480}}, {"VeltorFormatPickerScreen", fill, {320, 480}},
+    {"CoordinateFormatPickerScreen", fill, {320, 480}},
+    {"DistanceFormatPickerScreen", fill, {320, 480}}, {"AppearancePickerScreen", fill, {320, 480}},
+    {"CrossingAlertPickerScreen", fill, {320, 480}}, {"MapSourcePickerScreen", fill, {320, 480}},
+    {"StationSettingsScreen", fill, {320, 480}}, {"VeltorKeypadScreen", fill, {320, 480}},
+    {"LatitudeLongitudeKeypadScreen", fill, {320, 480}},
+    {"KeepAreaScreen", "anchors.fill: parent; map: MapView {}", {320, 480}},
     {"TitleLabel", "text: \"x\""},
     {"Body1Button", "title: \"x\""},
     {"ShareSheet", sheetOpen, {320, 480}},
@@ -122,16 +130,16 @@ private slots:
     // must stand clear of each other and inside it, in German, whose texts run longest; every
     // button of every screen is a target a gloved finger can hit.
     // The read-outs of the longest values show whole, at or above the font floor, in every
-    // notation, at the widths the panel takes on a phone, beside the map and in a narrow window,
-    // with captions in English, German and Japanese.
+    // notation, at the widths the panel takes on a phone, beside the map, in a narrow window and
+    // as the wide column of a laptop and a desktop, with captions in all six languages.
     void readoutsShowWhole_data()
     {
         QTest::addColumn<QString>("language");
         QTest::addColumn<int>("notation");
         QTest::addColumn<int>("width");
-        for (const char *language : {"en", "de", "ja"}) {
+        for (const char *language : {"en", "de", "es", "fr", "it", "ja"}) {
             for (int notation = 0; notation < 3; ++notation) {
-                for (const int width : {320, 360, 384, 390, 400, 500, 1024}) {
+                for (const int width : {320, 360, 384, 390, 400, 500, 576, 760, 1024}) {
                     QTest::addRow("%s notation %d %d wide", language, notation, width)
                         << QString::fromLatin1(language) << notation << width;
                 }
@@ -148,7 +156,11 @@ private slots:
         PreferencesSystem &preferences = PreferencesSystem::sharedSystem();
         preferences.setCoordinateFormat(CoordinateFormat(notation));
         preferences.setVeltorFormat(VeltorFormat::EightCharacters);
-        ApplicationStateSystem::sharedSystem().setCoordinate({-89.99999, -179.99999});
+        // The longest each notation writes: 89° 59′ 59″ S, 89° 59.9999′ S, 89.9999° S and the
+        // same for 179° W, just short of rounding up to the whole degree.
+        const double nines[] = {0.99986, 0.999998, 0.99994};
+        ApplicationStateSystem::sharedSystem().setCoordinate(
+            {-89.0 - nines[notation], -179.0 - nines[notation]});
         QTest::failOnWarning(QRegularExpression(QStringLiteral(".+")));
         QQmlEngine engine;
         QQuickWindow window;
@@ -164,6 +176,10 @@ private slots:
                 !(title.endsWith(u'W') || title.endsWith(u'S') || title.startsWith(u"AA")))
                 continue;
             ++readouts;
+            const QString longest[] = {QStringLiteral("59″"), QStringLiteral("59.9999′"),
+                                       QStringLiteral("9.9999°")};
+            QVERIFY2(title.startsWith(u"AA") || title.contains(longest[notation]),
+                     qPrintable(title));
             const auto *text = button->property("contentItem").value<QQuickItem *>();
             QVERIFY(text);
             const QString what = QStringLiteral("\"%1\" %2 in %3 at %4 px")
@@ -256,12 +272,22 @@ private slots:
     {
         QTest::addColumn<int>("row");
         QTest::addColumn<int>("appearance");
+        QTest::addColumn<QString>("language");
         const char *appearances[] = {"day", "night", "red"};
         for (int appearance = 0; appearance < 3; ++appearance) {
             for (int row = 0; row < int(std::size(rows)); ++row) {
                 QTest::addRow("%s %dx%d %s %s", rows[row].type, rows[row].size.width(),
                               rows[row].size.height(), appearances[appearance], rows[row].body)
-                    << row << appearance;
+                    << row << appearance << QString();
+            }
+        }
+        // The smallest window in the other languages, whose words break elsewhere.
+        for (const char *language : {"en", "es", "fr", "it", "ja"}) {
+            for (int row = 0; row < int(std::size(rows)); ++row) {
+                if (rows[row].size.width() == 320)
+                    QTest::addRow("%s %dx%d %s %s", rows[row].type, rows[row].size.width(),
+                                  rows[row].size.height(), language, rows[row].body)
+                        << row << 0 << QString::fromLatin1(language);
             }
         }
     }
@@ -270,6 +296,10 @@ private slots:
     {
         QFETCH(int, row);
         QFETCH(int, appearance);
+        QFETCH(QString, language);
+        std::optional<Localization> localization;
+        if (!language.isEmpty())
+            localization.emplace(QLocale(language));
         const QString type = QLatin1String(rows[row].type), body = QLatin1String(rows[row].body);
         const QSize size = rows[row].size;
         QTest::failOnWarning(QRegularExpression(QStringLiteral(".+")));
@@ -282,6 +312,18 @@ private slots:
         // A frame drawn at this size: every layout has been polished for it.
         const QImage frame = window.grabWindow().convertToFormat(QImage::Format_RGB32);
         for (QQuickItem *control : item->findChildren<QQuickItem *>()) {
+            // No text runs out of the room it is given: it wraps, fits or is made shorter.
+            if (control->isVisible() && control->inherits("QQuickText") && control->width() > 0 &&
+                type.endsWith(u"Screen")) {
+                const bool oneLine = control->property("wrapMode").toInt() == 0;
+                QVERIFY2(!control->property("truncated").toBool() &&
+                             (!oneLine || control->property("contentWidth").toReal() <=
+                                              control->width() + 1),
+                         qPrintable(QStringLiteral("\"%1\" %2 wide in %3")
+                                        .arg(control->property("text").toString())
+                                        .arg(control->property("contentWidth").toReal())
+                                        .arg(control->width())));
+            }
             if (control->isVisible() && control->inherits("QQuickAbstractButton") &&
                 type.endsWith(u"Screen")) {
                 QVERIFY2(control->width() >= 48 && control->height() >= 48,

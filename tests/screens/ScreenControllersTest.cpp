@@ -128,9 +128,9 @@ TEST_F(ScreenControllersTest, GridPositionShowsWhenAskedAndFollowsPointPrecision
     m_preferences.setVeltorFormat(VeltorFormat::TwoCharacters);
     m_state.setCoordinate({89.9, 5.0});
     EXPECT_TRUE(strip.summaryText().startsWith(QStringLiteral("Edge W ")));
-    EXPECT_TRUE(strip.summaryText().endsWith(QStringLiteral(" → IR")));
+    EXPECT_TRUE(strip.detailText().contains(QStringLiteral(" → IR · Corner ")));
     m_state.setCoordinate({90.0, 5.0});
-    EXPECT_TRUE(strip.summaryText().endsWith(QStringLiteral(", the pole")));
+    EXPECT_TRUE(strip.detailText().contains(QStringLiteral(", the pole · Corner ")));
     EXPECT_EQ(strip.acrossText(), QString());
 
     settings.toggleShowGridPosition();
@@ -157,7 +157,7 @@ TEST_F(ScreenControllersTest, TargetShowsTheWayThereAndIsKeptUntilCleared)
     EXPECT_NEAR(way.bearing(), 13.69, 0.01);
     EXPECT_EQ(way.secondaryText().toStdString(),
               "Long path 39,506\u00a0km at 193° · Contest 503\u00a0km");
-    EXPECT_EQ(way.summaryText().toStdString(), "Target 502\u00a0km at 14°");
+    EXPECT_EQ(way.summaryText().toStdString(), "Target 502\u00a0km");
     EXPECT_TRUE(
         way.accessibilityLabel().startsWith(QStringLiteral("Target J O 6 2 q m: 502\u00a0km")));
     // Kept across launches, and gone once cleared.
@@ -337,6 +337,10 @@ TEST_F(ScreenControllersTest, RootLaysThePanelsOutByWidthAndIdiom)
         EXPECT_EQ(panel.width(), panelWidth);
         EXPECT_GE(area(map), w * h / 3);
     }
+    // Tools unfolded taller than a phone's area: the panel scrolls, and a quarter stays map.
+    root.setTablet(false);
+    for (const qreal height : {446.0, 800.0})
+        EXPECT_GE(root.mapRect(320, height, 2000, 2.0).height() + 0.5, height / 4) << height;
     // F11 goes to full screen from any state, and back to a window.
     EXPECT_EQ(RootViewController::fullScreenToggled(QWindow::Windowed), QWindow::FullScreen);
     EXPECT_EQ(RootViewController::fullScreenToggled(QWindow::Maximized), QWindow::FullScreen);
