@@ -107,8 +107,8 @@ FocusScope {
                     //% "5 Minutes"
                     text: qsTrId("station.fix-wait.5min")
                     accessibilityLabel: text
-                    checked: controller.fixWait === 0
-                    onClicked: controller.setFixWait(0)
+                    checked: controller.fixWait === FixWait.FiveMinutes
+                    onClicked: controller.setFixWait(FixWait.FiveMinutes)
                 }
                 ChoiceRow {
                     Layout.fillWidth: true
@@ -116,8 +116,8 @@ FocusScope {
                     //% "15 Minutes"
                     text: qsTrId("station.fix-wait.15min")
                     accessibilityLabel: text
-                    checked: controller.fixWait === 1
-                    onClicked: controller.setFixWait(1)
+                    checked: controller.fixWait === FixWait.FifteenMinutes
+                    onClicked: controller.setFixWait(FixWait.FifteenMinutes)
                 }
                 ChoiceRow {
                     Layout.fillWidth: true
@@ -125,8 +125,8 @@ FocusScope {
                     //% "1 Hour"
                     text: qsTrId("station.fix-wait.1h")
                     accessibilityLabel: text
-                    checked: controller.fixWait === 2
-                    onClicked: controller.setFixWait(2)
+                    checked: controller.fixWait === FixWait.OneHour
+                    onClicked: controller.setFixWait(FixWait.OneHour)
                 }
                 ChoiceRow {
                     Layout.fillWidth: true
@@ -134,8 +134,8 @@ FocusScope {
                     //% "As Long as It Takes"
                     text: qsTrId("station.fix-wait.unlimited")
                     accessibilityLabel: text
-                    checked: controller.fixWait === 3
-                    onClicked: controller.setFixWait(3)
+                    checked: controller.fixWait === FixWait.Unlimited
+                    onClicked: controller.setFixWait(FixWait.Unlimited)
                 }
                 SwitchRow {
                     Layout.fillWidth: true

@@ -44,9 +44,6 @@ StationSettingsViewController::StationSettingsViewController(PreferencesSystem &
                               &m_preferences, changedElsewhere, m_preferences.notificationCenter());
 }
 
-
-
-
 QString StationSettingsViewController::systemSourceTitle()
 {
     //: GPS source: the operating system's own positioning service
@@ -60,9 +57,6 @@ QString StationSettingsViewController::gpsdTitle()
     //% "gpsd"
     return qtTrId("station.gps-source.gpsd");
 }
-
-
-
 
 
 
@@ -166,13 +160,14 @@ void StationSettingsViewController::setJs8CallAddress(const QString &address)
         emit changed();
 }
 
-int StationSettingsViewController::fixWait() const
+FixWait StationSettingsViewController::fixWait() const
 {
-    return int(m_preferences.fixWait());
+    return m_preferences.fixWait();
 }
 
-void StationSettingsViewController::setFixWait(int wait)
+void StationSettingsViewController::setFixWait(FixWait wait)
 {
-    if (wait >= int(FixWait::FiveMinutes) && wait <= int(FixWait::Unlimited))
-        m_preferences.setFixWait(FixWait(wait));
+    // QML may hand over any number as the enumeration.
+    if (wait >= FixWait::FiveMinutes && wait <= FixWait::Unlimited)
+        m_preferences.setFixWait(wait);
 }

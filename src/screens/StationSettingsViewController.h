@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FixWait.h"
 #include "NotificationObserver.h"
 
 #include <QObject>
@@ -21,8 +22,8 @@ class StationSettingsViewController : public QObject
     Q_PROPERTY(bool usesGpsd READ usesGpsd NOTIFY changed)
     Q_PROPERTY(QString gpsdAddress READ gpsdAddress NOTIFY changed)
     Q_PROPERTY(QString gpsdAddressError READ gpsdAddressError NOTIFY changed)
-    // How long tracking waits for a fix: FixWait's cases in order.
-    Q_PROPERTY(int fixWait READ fixWait NOTIFY changed)
+    // How long tracking waits for a fix.
+    Q_PROPERTY(FixWaits::FixWait fixWait READ fixWait NOTIFY changed)
     Q_PROPERTY(bool sendToWsjtx READ sendToWsjtx NOTIFY changed)
     Q_PROPERTY(QString wsjtxAddress READ wsjtxAddress NOTIFY changed)
     Q_PROPERTY(QString wsjtxAddressError READ wsjtxAddressError NOTIFY changed)
@@ -49,7 +50,7 @@ public:
     bool usesGpsd() const;
     QString gpsdAddress() const { return m_gpsdAddress; }
     QString gpsdAddressError() const { return m_gpsdAddressError; }
-    int fixWait() const;
+    FixWait fixWait() const;
     bool sendToWsjtx() const;
     QString wsjtxAddress() const;
     QString wsjtxAddressError() const { return m_wsjtxAddressError; }
@@ -63,7 +64,7 @@ public:
     Q_INVOKABLE void useGpsd();
     // Each stores the address if it reads as HOST:PORT, and says why not otherwise.
     Q_INVOKABLE void setGpsdAddress(const QString &address);
-    Q_INVOKABLE void setFixWait(int wait);
+    Q_INVOKABLE void setFixWait(FixWaits::FixWait wait);
     Q_INVOKABLE void toggleWsjtx();
     Q_INVOKABLE void setWsjtxAddress(const QString &address);
     Q_INVOKABLE void toggleJs8Call();

@@ -2,12 +2,14 @@
 
 #include <QObject>
 #include <QStringView>
+#include <QtQml/qqmlregistration.h>
 
 #include <chrono>
 #include <optional>
 
 namespace FixWaits {
 Q_NAMESPACE
+QML_NAMED_ELEMENT(FixWait)
 
 // How long tracking waits for a receiver that talks but has no fix (a cold start takes from
 // half a minute to twelve, indoors for ever) before it gives up.
