@@ -1,5 +1,6 @@
 #include "Localization.h"
 
+#include <QDirIterator>
 #include <QFile>
 #include <QMap>
 #include <QRegularExpression>
@@ -36,8 +37,8 @@ QMap<QString, Message> readTable(const QString &language)
             table[id].translation = xml.readElementText(QXmlStreamReader::IncludeChildElements);
         }
     }
-    EXPECT_FALSE(xml.hasError())
-        << language.toStdString() << ": " << xml.errorString().toStdString();
+    EXPECT_FALSE(xml.hasError()) << language.toStdString() << ": "
+                                 << xml.errorString().toStdString();
     return table;
 }
 
@@ -74,6 +75,33 @@ TEST(TranslationTablesTest, EveryTableIsBuiltInAndTranslatesEveryTextWithItsPlac
         EXPECT_EQ(qtTrId("general.done"), table[QStringLiteral("general.done")].translation)
             << language.toStdString();
     }
+}
+
+// Every text the code and the screens ask for by id is in the tables, so none shows its bare id
+// because nobody ran lupdate after adding it.
+TEST(TranslationTablesTest, EveryIdTheCodeAsksForIsInTheTables)
+{
+    const QMap<QString, Message> english = readTable(QStringLiteral("en"));
+    static const QRegularExpression call(
+        QStringLiteral("\\b(?:qsTrId|qtTrId|QT_TRID_NOOP|QT_TRID_N_NOOP)\\(\\s*\"([^\"]+)\""));
+    int asked = 0;
+    for (const char *folder : {"src", "qml"}) {
+        QDirIterator files(
+            QStringLiteral(VELTOR_SOURCE_DIR "/") + QLatin1String(folder),
+            {QStringLiteral("*.cpp"), QStringLiteral("*.h"), QStringLiteral("*.qml")}, QDir::Files,
+            QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            QFile file(files.next());
+            ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << file.fileName().toStdString();
+            const QString code = QString::fromUtf8(file.readAll());
+            for (const auto &match : call.globalMatch(code)) {
+                ++asked;
+                EXPECT_TRUE(english.contains(match.captured(1)))
+                    << match.captured(1).toStdString() << " in " << file.fileName().toStdString();
+            }
+        }
+    }
+    EXPECT_GT(asked, 200);
 }
 
 } // namespace
