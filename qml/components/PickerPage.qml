@@ -46,6 +46,8 @@ FocusScope {
                 text: page.title
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
+                topPadding: Theme.spacing / 2
+                bottomPadding: Theme.spacing / 2
             }
             Item {
                 implicitWidth: Theme.minimumTouchSize

@@ -38,6 +38,8 @@ FocusScope {
                 text: qsTrId("settings.map")
                 horizontalAlignment: Text.AlignHCenter
                 wrapMode: Text.Wrap
+                topPadding: Theme.spacing / 2
+                bottomPadding: Theme.spacing / 2
             }
             Item {
                 implicitWidth: Theme.minimumTouchSize
