@@ -59,6 +59,11 @@ constexpr Row rows[] = {
     {"StationSettingsScreen", fill, {320, 480}}, {"VeltorKeypadScreen", fill, {320, 480}},
     {"LatitudeLongitudeKeypadScreen", fill, {320, 480}},
     {"KeepAreaScreen", "anchors.fill: parent; map: MapView {}", {320, 480}},
+    // With a target, so that Clear Target is there to be pressed.
+    {"TargetInstrument",
+     "width: parent.width; target: TargetController { Component.onCompleted: "
+     "setCurrentPointAsTarget(); Component.onDestruction: clearTarget() }",
+     {320, 480}},
     {"TitleLabel", "text: \"x\""},
     {"Body1Button", "title: \"x\""},
     {"ShareSheet", sheetOpen, {320, 480}},
@@ -311,6 +316,7 @@ private slots:
         item->setProperty("appearance", appearance);
         // A frame drawn at this size: every layout has been polished for it.
         const QImage frame = window.grabWindow().convertToFormat(QImage::Format_RGB32);
+        int pressables = 0;
         for (QQuickItem *control : item->findChildren<QQuickItem *>()) {
             // No text runs out of the room it is given: it wraps, fits or is made shorter.
             if (control->isVisible() && control->inherits("QQuickText") && control->width() > 0 &&
@@ -325,7 +331,8 @@ private slots:
                                         .arg(control->width())));
             }
             if (control->isVisible() && control->inherits("QQuickAbstractButton") &&
-                type.endsWith(u"Screen")) {
+                (type.endsWith(u"Screen") || type.endsWith(u"Instrument"))) {
+                ++pressables;
                 QVERIFY2(control->width() >= 48 && control->height() >= 48,
                          qPrintable(QStringLiteral("%1 %2x%3 \"%4\"")
                                         .arg(QLatin1String(control->metaObject()->className()))
@@ -334,6 +341,8 @@ private slots:
                                         .arg(control->property("text").toString())));
             }
         }
+        if (type.endsWith(u"Instrument"))
+            QCOMPARE(pressables, 1);
         if (type == u"RootScreen") {
             QList<QRectF> buttons;
             for (QQuickItem *button : item->findChildren<QQuickItem *>()) {
