@@ -14,8 +14,8 @@ class AppearanceSettingsViewController : public FormatPickerViewController
 public:
     // Over the app's shared preferences.
     explicit AppearanceSettingsViewController(QObject *parent = nullptr);
-    explicit AppearanceSettingsViewController(PreferencesSystem &preferences, QObject *parent = nullptr);
-    static QString name(Appearance appearance);
+    explicit AppearanceSettingsViewController(PreferencesSystem &preferences,
+                                              QObject *parent = nullptr);
 
 private:
     void fill(int row, FormatChoice &choice) const override;

@@ -2,13 +2,15 @@
 
 #include "CoordinateFormatter.h"
 #include "PreferencesSystem.h"
+#include "SettingNames.h"
 
 #include <array>
 
 namespace {
 
 constexpr std::array order{CoordinateFormat::DegreesMinutesSeconds,
-                           CoordinateFormat::DegreesDecimalMinutes, CoordinateFormat::DecimalDegrees};
+                           CoordinateFormat::DegreesDecimalMinutes,
+                           CoordinateFormat::DecimalDegrees};
 
 } // namespace
 
@@ -17,8 +19,10 @@ CoordinateFormatSettingsViewController::CoordinateFormatSettingsViewController(Q
 {
 }
 
-CoordinateFormatSettingsViewController::CoordinateFormatSettingsViewController(PreferencesSystem &preferences, QObject *parent)
-    : FormatPickerViewController(preferences, int(order.size()), PreferencesSystemCoordinateFormatDidChangeNotification, parent)
+CoordinateFormatSettingsViewController::CoordinateFormatSettingsViewController(
+    PreferencesSystem &preferences, QObject *parent)
+    : FormatPickerViewController(preferences, int(order.size()),
+                                 PreferencesSystemCoordinateFormatDidChangeNotification, parent)
 {
     reload();
 }
@@ -28,8 +32,9 @@ void CoordinateFormatSettingsViewController::fill(int row, FormatChoice &choice)
     const CoordinateFormat format = order[row];
     CoordinateFormatter formatter;
     formatter.setFormat(format);
-    choice.set(formatter.stringFromDegrees(sampleLatitude, QStringLiteral("N")),
-               accessibilityStringFromDegrees(format, sampleLatitude, QStringLiteral("north")),
+    choice.set(formatter.stringFromDegrees(SettingNames::samplePoint.latitude, QStringLiteral("N")),
+               accessibilityStringFromDegrees(format, SettingNames::samplePoint.latitude,
+                                              QStringLiteral("north")),
                format == m_preferences.coordinateFormat());
 }
 

@@ -13,7 +13,8 @@ class CoordinateFormatSettingsViewController : public FormatPickerViewController
 public:
     // Over the app's shared preferences.
     explicit CoordinateFormatSettingsViewController(QObject *parent = nullptr);
-    explicit CoordinateFormatSettingsViewController(PreferencesSystem &preferences, QObject *parent = nullptr);
+    explicit CoordinateFormatSettingsViewController(PreferencesSystem &preferences,
+                                                    QObject *parent = nullptr);
 
 private:
     void fill(int row, FormatChoice &choice) const override;

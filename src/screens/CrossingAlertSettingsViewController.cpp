@@ -1,6 +1,7 @@
 #include "CrossingAlertSettingsViewController.h"
 
 #include "PreferencesSystem.h"
+#include "SettingNames.h"
 
 #include <array>
 
@@ -24,26 +25,10 @@ CrossingAlertSettingsViewController::CrossingAlertSettingsViewController(
     reload();
 }
 
-QString CrossingAlertSettingsViewController::name(std::optional<VeltorFormat> precision)
-{
-    if (precision == VeltorFormat::FourCharacters) {
-        //: Crossing alerts when the 4-character locator (the square) changes
-        //% "4 characters"
-        return qtTrId("crossing-alert.four");
-    }
-    if (precision == VeltorFormat::SixCharacters) {
-        //: Crossing alerts when the 6-character locator (the subsquare) changes
-        //% "6 characters"
-        return qtTrId("crossing-alert.six");
-    }
-    //: No crossing alerts
-    //% "Off"
-    return qtTrId("crossing-alert.off");
-}
-
 void CrossingAlertSettingsViewController::fill(int row, FormatChoice &choice) const
 {
-    choice.set(name(order[row]), QString(), order[row] == m_preferences.crossingAlert());
+    choice.set(SettingNames::crossingAlert(order[row]), QString(),
+               order[row] == m_preferences.crossingAlert());
 }
 
 void CrossingAlertSettingsViewController::write(int row)

@@ -20,9 +20,6 @@ public:
     explicit CrossingAlertSettingsViewController(PreferencesSystem &preferences,
                                                  QObject *parent = nullptr);
 
-    // "Off", "4 characters" or "6 characters", in the user's language.
-    static QString name(std::optional<VeltorFormat> precision);
-
 private:
     void fill(int row, FormatChoice &choice) const override;
     void write(int row) override;

@@ -1,6 +1,7 @@
 #include "DistanceFormatSettingsViewController.h"
 
 #include "PreferencesSystem.h"
+#include "SettingNames.h"
 
 #include <array>
 
@@ -15,8 +16,10 @@ DistanceFormatSettingsViewController::DistanceFormatSettingsViewController(QObje
 {
 }
 
-DistanceFormatSettingsViewController::DistanceFormatSettingsViewController(PreferencesSystem &preferences, QObject *parent)
-    : FormatPickerViewController(preferences, int(order.size()), PreferencesSystemDistanceFormatDidChangeNotification, parent)
+DistanceFormatSettingsViewController::DistanceFormatSettingsViewController(
+    PreferencesSystem &preferences, QObject *parent)
+    : FormatPickerViewController(preferences, int(order.size()),
+                                 PreferencesSystemDistanceFormatDidChangeNotification, parent)
 {
     reload();
 }
@@ -24,22 +27,11 @@ DistanceFormatSettingsViewController::DistanceFormatSettingsViewController(Prefe
 void DistanceFormatSettingsViewController::fill(int row, FormatChoice &choice) const
 {
     const DistanceFormat format = order[row];
-    choice.set(name(format), QString(), format == m_preferences.distanceFormat());
+    choice.set(SettingNames::distanceFormat(format), QString(),
+               format == m_preferences.distanceFormat());
 }
 
 void DistanceFormatSettingsViewController::write(int row)
 {
     m_preferences.setDistanceFormat(order[row]);
-}
-
-QString DistanceFormatSettingsViewController::name(DistanceFormat format)
-{
-    if (format == DistanceFormat::Metric) {
-        //: Metric Format Name
-        //% "Metric"
-        return qtTrId("format.distance.metric.name");
-    }
-    //: Imperial Format Name
-    //% "Imperial"
-    return qtTrId("format.distance.imperial.name");
 }

@@ -14,9 +14,8 @@ class DistanceFormatSettingsViewController : public FormatPickerViewController
 public:
     // Over the app's shared preferences.
     explicit DistanceFormatSettingsViewController(QObject *parent = nullptr);
-    explicit DistanceFormatSettingsViewController(PreferencesSystem &preferences, QObject *parent = nullptr);
-    // "Metric" or "Imperial", in the user's language.
-    static QString name(DistanceFormat format);
+    explicit DistanceFormatSettingsViewController(PreferencesSystem &preferences,
+                                                  QObject *parent = nullptr);
 
 private:
     void fill(int row, FormatChoice &choice) const override;

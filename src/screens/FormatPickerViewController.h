@@ -24,10 +24,6 @@ class FormatPickerViewController : public QObject
     Q_PROPERTY(QQmlListProperty<FormatChoice> choices READ choicesProperty CONSTANT)
 
 public:
-    // The point every setting is shown on.
-    static constexpr double sampleLatitude = 47.620496;
-    static constexpr double sampleLongitude = -122.34927;
-
     QList<FormatChoice *> choices() const { return m_choices; }
     QQmlListProperty<FormatChoice> choicesProperty() { return {this, &m_choices}; }
 

@@ -31,13 +31,6 @@ MapSourceSettingsViewController::MapSourceSettingsViewController(PreferencesSyst
     reload();
 }
 
-QString MapSourceSettingsViewController::summary(const MapSource &source)
-{
-    if (source.kind == MapSource::Kind::Mbtiles)
-        return QFileInfo(source.path).fileName();
-    return MapSource::name(source.kind);
-}
-
 QString MapSourceSettingsViewController::note() const
 {
     const MapSource current = m_preferences.mapSource();

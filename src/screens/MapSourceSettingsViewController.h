@@ -31,9 +31,6 @@ public:
     explicit MapSourceSettingsViewController(PreferencesSystem &preferences,
                                              QObject *parent = nullptr);
 
-    // The settings row's detail: the source, and for a file its name.
-    static QString summary(const MapSource &source);
-
     QString mbtilesPath() const { return m_source.path; }
     QString mbtilesError() const { return m_mbtilesError; }
     QString mbtilesNote() const;

@@ -1,12 +1,8 @@
 #include "SettingsViewController.h"
 
-#include "AppearanceSettingsViewController.h"
 #include "CoordinateFormatter.h"
-#include "CrossingAlertSettingsViewController.h"
-#include "DistanceFormatSettingsViewController.h"
-#include "MapSourceSettingsViewController.h"
 #include "PreferencesSystem.h"
-#include "StationSettingsViewController.h"
+#include "SettingNames.h"
 #include "VeltorFormatter.h"
 
 SettingsViewController::SettingsViewController(QObject *parent)
@@ -42,8 +38,7 @@ SettingsViewController::SettingsViewController(PreferencesSystem &preferences, Q
 
 void SettingsViewController::reloadRows()
 {
-    constexpr Coordinate sample{FormatPickerViewController::sampleLatitude,
-                                FormatPickerViewController::sampleLongitude};
+    constexpr Coordinate sample = SettingNames::samplePoint;
     VeltorFormatter veltorFormatter;
     veltorFormatter.setFormat(m_preferences.veltorFormat());
     m_veltorFormatDetail = veltorFormatter.stringFromCoordinate(sample);
@@ -54,14 +49,12 @@ void SettingsViewController::reloadRows()
         coordinateFormatter.stringFromDegrees(sample.latitude, QStringLiteral("N"));
     m_coordinateFormatAccessibilityLabel = accessibilityStringFromDegrees(
         coordinateFormatter.format(), sample.latitude, QStringLiteral("north"));
-    m_distanceFormatDetail =
-        DistanceFormatSettingsViewController::name(m_preferences.distanceFormat());
-    m_appearanceDetail = AppearanceSettingsViewController::name(m_preferences.appearance());
-    m_crossingAlertDetail =
-        CrossingAlertSettingsViewController::name(m_preferences.crossingAlert());
+    m_distanceFormatDetail = SettingNames::distanceFormat(m_preferences.distanceFormat());
+    m_appearanceDetail = SettingNames::appearance(m_preferences.appearance());
+    m_crossingAlertDetail = SettingNames::crossingAlert(m_preferences.crossingAlert());
     m_speakCrossings = m_preferences.speakCrossings();
-    m_stationDetail = StationSettingsViewController::summary(m_preferences);
-    m_mapSourceDetail = MapSourceSettingsViewController::summary(m_preferences.mapSource());
+    m_stationDetail = SettingNames::station(m_preferences);
+    m_mapSourceDetail = SettingNames::mapSource(m_preferences.mapSource());
     emit rowsChanged();
 }
 

@@ -18,9 +18,11 @@ class SettingsViewController : public QObject
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString veltorFormatDetail READ veltorFormatDetail NOTIFY rowsChanged)
-    Q_PROPERTY(QString veltorFormatAccessibilityLabel READ veltorFormatAccessibilityLabel NOTIFY rowsChanged)
+    Q_PROPERTY(QString veltorFormatAccessibilityLabel READ veltorFormatAccessibilityLabel NOTIFY
+                   rowsChanged)
     Q_PROPERTY(QString coordinateFormatDetail READ coordinateFormatDetail NOTIFY rowsChanged)
-    Q_PROPERTY(QString coordinateFormatAccessibilityLabel READ coordinateFormatAccessibilityLabel NOTIFY rowsChanged)
+    Q_PROPERTY(QString coordinateFormatAccessibilityLabel READ coordinateFormatAccessibilityLabel
+                   NOTIFY rowsChanged)
     Q_PROPERTY(QString distanceFormatDetail READ distanceFormatDetail NOTIFY rowsChanged)
     Q_PROPERTY(QString appearanceDetail READ appearanceDetail NOTIFY rowsChanged)
     Q_PROPERTY(bool showGrid READ showGrid NOTIFY showGridChanged)
@@ -52,7 +54,10 @@ public:
     QString veltorFormatDetail() const { return m_veltorFormatDetail; }
     QString veltorFormatAccessibilityLabel() const { return m_veltorFormatAccessibilityLabel; }
     QString coordinateFormatDetail() const { return m_coordinateFormatDetail; }
-    QString coordinateFormatAccessibilityLabel() const { return m_coordinateFormatAccessibilityLabel; }
+    QString coordinateFormatAccessibilityLabel() const
+    {
+        return m_coordinateFormatAccessibilityLabel;
+    }
     QString distanceFormatDetail() const { return m_distanceFormatDetail; }
     QString appearanceDetail() const { return m_appearanceDetail; }
     QString crossingAlertDetail() const { return m_crossingAlertDetail; }

@@ -44,35 +44,6 @@ StationSettingsViewController::StationSettingsViewController(PreferencesSystem &
                               &m_preferences, changedElsewhere, m_preferences.notificationCenter());
 }
 
-QString StationSettingsViewController::systemSourceTitle()
-{
-    //: GPS source: the operating system's own positioning service
-    //% "System Positioning"
-    return qtTrId("station.gps-source.system");
-}
-
-QString StationSettingsViewController::gpsdTitle()
-{
-    //: GPS source: the gpsd daemon (a program name, usually left as it is)
-    //% "gpsd"
-    return qtTrId("station.gps-source.gpsd");
-}
-
-
-
-
-
-QString StationSettingsViewController::summary(const PreferencesSystem &preferences)
-{
-    const GpsSource source = GpsSource::parse(preferences.gpsSource());
-    QStringList parts{source.kind() == GpsSource::Kind::Gpsd ? gpsdTitle() : systemSourceTitle()};
-    if (preferences.sendGridToWsjtx())
-        parts << QStringLiteral("WSJT-X");
-    if (preferences.sendGridToJs8Call())
-        parts << QStringLiteral("JS8Call");
-    return parts.join(QStringLiteral(" · "));
-}
-
 bool StationSettingsViewController::usesGpsd() const
 {
     return GpsSource::parse(m_preferences.gpsSource()).kind() == GpsSource::Kind::Gpsd;

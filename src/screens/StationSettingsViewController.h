@@ -42,11 +42,6 @@ public:
                                            const StationGridSender *feed = nullptr,
                                            QObject *parent = nullptr);
 
-    static QString systemSourceTitle();
-    static QString gpsdTitle();
-    // The settings row's detail: the GPS source and the programs that get the grid.
-    static QString summary(const PreferencesSystem &preferences);
-
     bool usesGpsd() const;
     QString gpsdAddress() const { return m_gpsdAddress; }
     QString gpsdAddressError() const { return m_gpsdAddressError; }

@@ -1,7 +1,8 @@
 #include "VeltorFormatSettingsViewController.h"
 
-#include "VeltorFormatter.h"
 #include "PreferencesSystem.h"
+#include "SettingNames.h"
+#include "VeltorFormatter.h"
 
 #include <array>
 
@@ -17,8 +18,10 @@ VeltorFormatSettingsViewController::VeltorFormatSettingsViewController(QObject *
 {
 }
 
-VeltorFormatSettingsViewController::VeltorFormatSettingsViewController(PreferencesSystem &preferences, QObject *parent)
-    : FormatPickerViewController(preferences, int(order.size()), PreferencesSystemVeltorFormatDidChangeNotification, parent)
+VeltorFormatSettingsViewController::VeltorFormatSettingsViewController(
+    PreferencesSystem &preferences, QObject *parent)
+    : FormatPickerViewController(preferences, int(order.size()),
+                                 PreferencesSystemVeltorFormatDidChangeNotification, parent)
 {
     reload();
 }
@@ -29,7 +32,7 @@ void VeltorFormatSettingsViewController::fill(int row, FormatChoice &choice) con
     const VeltorFormat format = order[row];
     VeltorFormatter formatter;
     formatter.setFormat(format);
-    const QString locator = formatter.stringFromCoordinate({sampleLatitude, sampleLongitude});
+    const QString locator = formatter.stringFromCoordinate(SettingNames::samplePoint);
     choice.set(locator, spelledOut(locator), format == m_preferences.veltorFormat());
 }
 

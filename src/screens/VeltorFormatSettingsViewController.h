@@ -13,7 +13,8 @@ class VeltorFormatSettingsViewController : public FormatPickerViewController
 public:
     // Over the app's shared preferences.
     explicit VeltorFormatSettingsViewController(QObject *parent = nullptr);
-    explicit VeltorFormatSettingsViewController(PreferencesSystem &preferences, QObject *parent = nullptr);
+    explicit VeltorFormatSettingsViewController(PreferencesSystem &preferences,
+                                                QObject *parent = nullptr);
 
 private:
     void fill(int row, FormatChoice &choice) const override;
