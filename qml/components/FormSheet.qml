@@ -15,18 +15,21 @@ Popup {
     property Item opener
 
     function present(screen: Component) {
-        if (!opener)
-            opener = sheet.parent.Window.activeFocusItem
+        rememberOpener()
         loader.sourceComponent = screen
         open()
     }
 
     // A screen that needs what only its presenter holds, handed over as it is made.
     function presentFile(file: url, properties: var) {
-        if (!opener)
-            opener = sheet.parent.Window.activeFocusItem
+        rememberOpener()
         loader.setSource(file, properties)
         open()
+    }
+
+    function rememberOpener() {
+        if (!opener)
+            opener = sheet.parent.Window.activeFocusItem
     }
 
     parent: T.Overlay.overlay
